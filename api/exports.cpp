@@ -1,0 +1,221 @@
+// The exported C interface: argument checks in their documented order, then a call into the
+// library and a status. Exceptions are not caught here; they reach the caller by design.
+#include "typeprint.h"
+
+#include "api/font_specifier.h"
+#include "api/out_string.h"
+#include "typeprint_version.h"
+
+#define TP_API extern "C" __attribute__((visibility("default")))
+
+using typeprint::copyOutString;
+using typeprint::UxString;
+
+namespace {
+
+using StringField = UxString TP_FontSpecifier::*;
+using NumberField = uint32_t TP_FontSpecifier::*;
+
+// Pointer check, then index check, then the attribute gate, then the copy.
+TP_Status getString(TP_FontArray* array, uint32_t index, char* buffer, int32_t size, uint32_t bit,
+                    StringField field) {
+  if (!array || !buffer) return TP_STATUS_FAILED;
+  if (index >= array->count()) return TP_STATUS_RANGE;
+  const TP_FontSpecifier face = array->at(index);
+  if (!(face.attributes & bit)) return TP_STATUS_NOT_COLLECTED;
+  copyOutString(face.*field, buffer, size);
+  return TP_STATUS_OK;
+}
+
+TP_Status getNumber(TP_FontArray* array, uint32_t index, uint32_t* value, uint32_t bit, NumberField field) {
+  if (!array || !value) return TP_STATUS_FAILED;
+  if (index >= array->count()) return TP_STATUS_RANGE;
+  const TP_FontSpecifier face = array->at(index);
+  if (!(face.attributes & bit)) return TP_STATUS_NOT_COLLECTED;
+  *value = face.*field;
+  return TP_STATUS_OK;
+}
+
+// A version text cut to its numeric part: leading non-digits dropped, then digits, full stops
+// and hyphens kept up to the first other character.
+std::string numericVersion(std::string text) {
+  size_t start = text.find_first_of("0123456789");
+  if (start == std::string::npos) return std::string();
+  size_t end = text.find_first_not_of("0123456789.-", start);
+  return text.substr(start, end == std::string::npos ? std::string::npos : end - start);
+}
+
+}  // namespace
+
+TP_API void TP_GetTypeprintVersion(uint32_t* major, uint32_t* minor) {
+  if (!major || !minor) return;
+  *major = TYPEPRINT_VERSION_MAJOR;
+  *minor = TYPEPRINT_VERSION_MINOR;
+}
+
+TP_API TP_Status TP_GetFontCount(TP_FontArray* array, uint32_t* count) {
+  if (!array || !count) return TP_STATUS_FAILED;
+  *count = uint32_t(array->count());
+  return TP_STATUS_OK;
+}
+
+TP_API TP_Status TP_SpecifierFree(TP_FontArray* array) {
+  if (!array) return TP_STATUS_FAILED;
+  delete array;
+  return TP_STATUS_OK;
+}
+
+TP_API TP_Status TP_CreateSpecifier(const char* path, uint32_t, uint32_t, TP_FontArray** out) {
+  if (!path || !out) return TP_STATUS_FAILED;
+  return TP_STATUS_FAILED;  // no face is found until font analysis is wired in
+}
+
+TP_API TP_Status TP_CreateSpecifierFromXML(const char* xml, TP_FontArray** out) {
+  if (!xml || !out) return TP_STATUS_FAILED;
+  return TP_STATUS_RANGE;  // no FontData block is read until the XML reader is wired in
+}
+
+TP_API TP_Status TP_CreateSpecifierFromPropertyList(const char* text, TP_FontArray** out) {
+  if (!text || !out) return TP_STATUS_FAILED;
+  return TP_STATUS_FAILED;
+}
+
+TP_API TP_Status TP_GetXMLRepresentation(TP_FontArray* array, char* buffer, uint32_t* size) {
+  if (!array || !buffer || !size) return TP_STATUS_FAILED;
+  return TP_STATUS_FAILED;
+}
+
+TP_API TP_Status TP_GetPropertyListRepresentation(TP_FontArray* array, char* buffer, uint32_t* size) {
+  if (!array || !buffer || !size) return TP_STATUS_FAILED;
+  return TP_STATUS_FAILED;
+}
+
+TP_API TP_Status TP_Match(TP_FontArray* a, uint32_t indexA, TP_FontArray* b, uint32_t indexB,
+                          uint32_t* matching, uint32_t* differing) {
+  if (!a || !b || !matching || !differing) return TP_STATUS_FAILED;
+  *matching = 0;
+  *differing = 0;
+  if (indexA >= a->count() || indexB >= b->count()) return TP_STATUS_RANGE;
+  const TP_FontSpecifier faceA = a->at(indexA), faceB = b->at(indexB);
+  *matching = faceA.MatchingAttributes(faceB);
+  *differing = faceA.DifferingAttributes(faceB);
+  return TP_STATUS_OK;
+}
+
+TP_API TP_Status TP_GetFontIndexForFONDResourceID(TP_FontArray* array, int16_t fondID, int16_t style,
+                                                  uint32_t* index) {
+  *index = 0;  // written before any check: a null index pointer is not caught
+  if (!array) return TP_STATUS_FAILED;
+  unsigned int found = 0;
+  if (!array->FindIndexForFondResourceID(fondID, style, found)) return TP_STATUS_FAILED;
+  *index = found;
+  return TP_STATUS_OK;
+}
+
+TP_API TP_Status TP_GetKindName(TP_FontArray* array, uint32_t index, char* buffer, int32_t size) {
+  if (!array || !buffer) return TP_STATUS_FAILED;
+  // The bounds-checked copy comes before the index check: a bad index throws out_of_range.
+  const TP_FontSpecifier face = array->at(index);
+  if (!(face.attributes & TP_ATTR_KIND_NAME)) return TP_STATUS_NOT_COLLECTED;
+  copyOutString(face.kindName, buffer, size);
+  return TP_STATUS_OK;
+}
+
+TP_API TP_Status TP_GetPostScriptName(TP_FontArray* array, uint32_t index, char* buffer, int32_t size) {
+  return getString(array, index, buffer, size, TP_ATTR_POSTSCRIPT_NAME, &TP_FontSpecifier::postScriptName);
+}
+
+TP_API TP_Status TP_GetFamilyName(TP_FontArray* array, uint32_t index, char* buffer, int32_t size) {
+  return getString(array, index, buffer, size, TP_ATTR_FAMILY_NAME, &TP_FontSpecifier::familyName);
+}
+
+TP_API TP_Status TP_GetFullName(TP_FontArray* array, uint32_t index, char* buffer, int32_t size) {
+  return getString(array, index, buffer, size, TP_ATTR_FULL_NAME, &TP_FontSpecifier::fullName);
+}
+
+TP_API TP_Status TP_GetDisplayName(TP_FontArray* array, uint32_t index, char* buffer, int32_t size) {
+  return getString(array, index, buffer, size, TP_ATTR_DISPLAY_NAME, &TP_FontSpecifier::displayName);
+}
+
+TP_API TP_Status TP_GetWindowsFullName(TP_FontArray* array, uint32_t index, char* buffer, int32_t size) {
+  if (!array || !buffer) return TP_STATUS_FAILED;
+  if (index >= array->count()) return TP_STATUS_RANGE;
+  const TP_FontSpecifier face = array->at(index);
+  if (!(face.attributes & TP_ATTR_WINDOWS_FULL_NAME)) return TP_STATUS_NOT_COLLECTED;
+  if (face.windowsFullName.empty()) return TP_GetFullName(array, index, buffer, size);
+  copyOutString(face.windowsFullName, buffer, size);
+  return TP_STATUS_OK;
+}
+
+TP_API TP_Status TP_GetVersion(TP_FontArray* array, uint32_t index, char* buffer, int32_t size) {
+  if (!array || !buffer) return TP_STATUS_FAILED;
+  if (index >= array->count()) return TP_STATUS_RANGE;
+  const TP_FontSpecifier face = array->at(index);
+  if (!(face.attributes & TP_ATTR_VERSION)) return TP_STATUS_NOT_COLLECTED;
+  copyOutString(numericVersion(face.version), buffer, size);
+  return TP_STATUS_OK;
+}
+
+TP_API TP_Status TP_GetPlatform(TP_FontArray* array, uint32_t index, char* buffer, int32_t size) {
+  return getString(array, index, buffer, size, TP_ATTR_PLATFORM, &TP_FontSpecifier::platform);
+}
+
+TP_API TP_Status TP_GetPrinterFont(TP_FontArray* array, uint32_t index, char* buffer, int32_t size) {
+  return getString(array, index, buffer, size, TP_ATTR_OUTLINE_FILE_NAME, &TP_FontSpecifier::outlineFilePath);
+}
+
+TP_API TP_Status TP_GetWindowsMMFile(TP_FontArray* array, uint32_t index, char* buffer, int32_t size) {
+  if (!array || !buffer) return TP_STATUS_FAILED;
+  if (index >= array->count()) return TP_STATUS_FAILED;  // this getter answers 1, not 4
+  const TP_FontSpecifier face = array->at(index);
+  if (!(face.attributes & TP_ATTR_WINDOWS_MM_FILE)) return TP_STATUS_NOT_COLLECTED;
+  if (!(face.attributes & TP_ATTR_OUTLINE_FILE_NAME)) return TP_STATUS_FAILED;
+  (void)size;
+  return TP_STATUS_FAILED;  // the name is derived once Type 1 companion names are read
+}
+
+TP_API TP_Status TP_GetFoundryName(TP_FontArray* array, uint32_t index, char* buffer, int32_t size) {
+  if (!array || !buffer) return TP_STATUS_FAILED;
+  if (index >= array->count()) return TP_STATUS_RANGE;
+  const TP_FontSpecifier face = array->at(index);
+  if (!(face.attributes & TP_ATTR_FOUNDRY_NAME)) return TP_STATUS_NOT_COLLECTED;
+  copyOutString(face.foundryName, buffer, size);  // mapped through the foundry table once it exists
+  return TP_STATUS_OK;
+}
+
+TP_API TP_Status TP_GetLegacyFoundryName(TP_FontArray* array, uint32_t index, char* buffer, int32_t size) {
+  return getString(array, index, buffer, size, TP_ATTR_FOUNDRY_NAME, &TP_FontSpecifier::foundryName);
+}
+
+TP_API TP_Status TP_GetOutlineFileSize(TP_FontArray* array, uint32_t index, uint32_t* value) {
+  return getNumber(array, index, value, TP_ATTR_OUTLINE_FILE_SIZE, &TP_FontSpecifier::outlineFileSize);
+}
+
+TP_API TP_Status TP_GetTypeprintChecksum(TP_FontArray* array, uint32_t index, uint32_t* value) {
+  return getNumber(array, index, value, TP_ATTR_CHECKSUM, &TP_FontSpecifier::typeprintChecksum);
+}
+
+TP_API TP_Status TP_GetLegacyTypeprintChecksum(TP_FontArray* array, uint32_t index, uint32_t* value) {
+  return getNumber(array, index, value, TP_ATTR_LEGACY_CHECKSUM, &TP_FontSpecifier::legacyChecksum);
+}
+
+TP_API TP_Status TP_GetKerningChecksum(TP_FontArray* array, uint32_t index, uint32_t* value) {
+  return getNumber(array, index, value, TP_ATTR_KERNING_CHECKSUM, &TP_FontSpecifier::kerningChecksum);
+}
+
+TP_API TP_Status TP_GetStyles(const char* nameA, const char* nameB, uint32_t, int32_t, uint32_t* count,
+                              char** names) {
+  if (!nameA || !nameB || !count || !names || !names[0]) return TP_STATUS_FAILED;
+  return TP_STATUS_OK;  // the style scan reports no match until it is wired in
+}
+
+TP_API TP_Status TP_GetClassificationFromFamily(const char* family, const char*, char* buffer, int32_t size) {
+  if (!family || !buffer) return TP_STATUS_FAILED;
+  copyOutString("", buffer, size);  // no mappings are loaded yet
+  return TP_STATUS_OK;
+}
+
+TP_API void TP_GetPostScriptNameFromNamesTable(const char* data, uint32_t, void* resourceFile, char** styleHandle,
+                                               int32_t, char* buffer, int32_t) {
+  if (!data || !resourceFile || !styleHandle || !buffer) return;
+}

@@ -1,0 +1,42 @@
+// Where a file's data fork, resource fork and Finder type/creator live on Linux. Every reader of
+// "the data fork" or "the resource fork" goes through openForks, so a font inside a container
+// reads exactly like the same font in a plain file.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "foundation/be_reader.h"
+#include "platform/linux/mapped_file.h"
+
+namespace typeprint {
+
+// Where the forks of a file were found.
+enum class ForkSource {
+  Plain,        // an ordinary file: no resource fork
+  MacBinary,    // the file is a MacBinary I/II/III container
+  AppleSingle,  // the file is an AppleSingle container
+  AppleDouble,  // the file plus an AppleDouble companion
+  BareFork,     // the file plus a bare resource fork stored beside it
+};
+
+struct FileForks {
+  std::shared_ptr<const MappedFile> file;       // the path itself, mapped once
+  std::shared_ptr<const MappedFile> companion;  // the file holding the resource fork, when separate
+  ByteSpan dataFork;
+  ByteSpan resourceFork;  // empty when there is none
+  uint32_t type = 0;      // Finder type and creator; 0 for a plain Linux file
+  uint32_t creator = 0;
+  ForkSource source = ForkSource::Plain;
+  std::string companionPath;  // the file the resource fork came from, when separate
+
+  // The size the Finder shows: both forks together.
+  uint64_t finderSize() const { return uint64_t(dataFork.size) + resourceFork.size; }
+};
+
+// Opens the forks of the file at `path`; nothing when the file cannot be read.
+std::optional<FileForks> openForks(const std::string& path);
+
+}  // namespace typeprint
