@@ -2,6 +2,10 @@
 // library and a status. Exceptions are not caught here; they reach the caller by design.
 #include "typeprint.h"
 
+#include <algorithm>
+#include <climits>
+
+#include "api/exchange_formats.h"
 #include "api/font_specifier.h"
 #include "api/out_string.h"
 #include "typeprint_version.h"
@@ -45,6 +49,17 @@ std::string numericVersion(std::string text) {
   return text.substr(start, end == std::string::npos ? std::string::npos : end - start);
 }
 
+// A serialised document into the caller's buffer: 1 without faces, 4 when the capacity is not
+// above its length (the buffer then holds a truncated prefix); size becomes length + 1.
+TP_Status deliverDocument(const std::string& document, bool hasFaces, char* buffer, uint32_t* size) {
+  TP_Status status = hasFaces ? TP_STATUS_OK : TP_STATUS_FAILED;
+  const uint32_t capacity = *size;
+  if (capacity <= document.length()) status = TP_STATUS_RANGE;
+  copyOutString(document, buffer, int32_t(std::min<uint32_t>(capacity, INT32_MAX)));
+  *size = uint32_t(document.length() + 1);
+  return status;
+}
+
 }  // namespace
 
 TP_API void TP_GetTypeprintVersion(uint32_t* major, uint32_t* minor) {
@@ -72,22 +87,26 @@ TP_API TP_Status TP_CreateSpecifier(const char* path, uint32_t, uint32_t, TP_Fon
 
 TP_API TP_Status TP_CreateSpecifierFromXML(const char* xml, TP_FontArray** out) {
   if (!xml || !out) return TP_STATUS_FAILED;
-  return TP_STATUS_RANGE;  // no FontData block is read until the XML reader is wired in
+  return typeprint::arrayFromXML(xml, out);
 }
 
 TP_API TP_Status TP_CreateSpecifierFromPropertyList(const char* text, TP_FontArray** out) {
   if (!text || !out) return TP_STATUS_FAILED;
-  return TP_STATUS_FAILED;
+  return typeprint::arrayFromPropertyList(text, out);
 }
 
 TP_API TP_Status TP_GetXMLRepresentation(TP_FontArray* array, char* buffer, uint32_t* size) {
   if (!array || !buffer || !size) return TP_STATUS_FAILED;
-  return TP_STATUS_FAILED;
+  bool hasFaces = false;
+  const std::string document = typeprint::xmlRepresentation(array, &hasFaces);
+  return deliverDocument(document, hasFaces, buffer, size);
 }
 
 TP_API TP_Status TP_GetPropertyListRepresentation(TP_FontArray* array, char* buffer, uint32_t* size) {
   if (!array || !buffer || !size) return TP_STATUS_FAILED;
-  return TP_STATUS_FAILED;
+  bool hasFaces = false;
+  const std::string document = typeprint::propertyListRepresentation(array, &hasFaces);
+  return deliverDocument(document, hasFaces, buffer, size);
 }
 
 TP_API TP_Status TP_Match(TP_FontArray* a, uint32_t indexA, TP_FontArray* b, uint32_t indexB,
