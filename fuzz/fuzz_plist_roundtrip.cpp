@@ -1,0 +1,34 @@
+// Reads arbitrary bytes as the property-list exchange form (XML or binary); whatever is accepted
+// must write back and read again.
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "typeprint.h"
+
+namespace {
+
+std::string writePropertyList(TP_FontArray* array) {
+  char probe[1];
+  uint32_t size = 0;
+  TP_GetPropertyListRepresentation(array, probe, &size);
+  std::vector<char> buffer(size);
+  TP_GetPropertyListRepresentation(array, buffer.data(), &size);
+  return std::string(buffer.data());
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  const std::string text(reinterpret_cast<const char*>(data), size);
+  TP_FontArray* first = nullptr;
+  if (TP_CreateSpecifierFromPropertyList(text.c_str(), &first) != TP_STATUS_OK) return 0;
+  const std::string written = writePropertyList(first);
+  TP_FontArray* second = nullptr;
+  if (TP_CreateSpecifierFromPropertyList(written.c_str(), &second) != TP_STATUS_OK) std::abort();
+  if (writePropertyList(second) != written) std::abort();
+  TP_SpecifierFree(first);
+  TP_SpecifierFree(second);
+  return 0;
+}
