@@ -1,37 +1,44 @@
-// typeprint FILE...: identifies each font file and prints its face count and XML record.
+// typeprint: identify, scan and compare font files from the command line.
 #include <cstdio>
+#include <cstring>
+#include <string>
 #include <vector>
 
-#include "typeprint.h"
+#include "tools/commands.h"
 
 namespace {
 
-int identify(const char* path) {
-  TP_FontArray* array = nullptr;
-  if (TP_CreateSpecifier(path, 0, TP_ATTR_ALL, &array) != TP_STATUS_OK) {
-    std::fprintf(stderr, "typeprint: %s: not a font file this library can identify\n", path);
-    return 1;
-  }
-  uint32_t count = 0, size = 0;
-  TP_GetFontCount(array, &count);
-  std::printf("%s: %u face%s\n", path, count, count == 1 ? "" : "s");
-  char probe[1];
-  TP_GetXMLRepresentation(array, probe, &size);
-  std::vector<char> xml(size);
-  TP_GetXMLRepresentation(array, xml.data(), &size);
-  std::fputs(xml.data(), stdout);
-  TP_SpecifierFree(array);
-  return 0;
-}
+const char kHelp[] =
+    "usage: typeprint COMMAND [OPTIONS] [ARGS]\n"
+    "\n"
+    "Commands:\n"
+    "  identify [--format text|xml|plist|json] [--mask BITS] FILE...\n"
+    "      every face of each file with all its attributes\n"
+    "  scan [--format text|json] [--jobs N] [PATH...]\n"
+    "      identify every font file under the folders (default: the system and user font folders)\n"
+    "  duplicates [--jobs N] [PATH...]\n"
+    "      faces that are the same font, and faces that share a PostScript name but differ\n"
+    "  styles NAME [NAME2]          the built-in styles that a font's names express\n"
+    "  classify FAMILY [FAMILY2]    the classification of a family\n"
+    "\n"
+    "Exit status: 0 success, 1 when a file could not be identified or read, 2 on usage errors.\n";
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc < 2) {
-    std::fprintf(stderr, "usage: typeprint FILE...\n");
-    return 2;
+  using namespace typeprint::cli;
+  if (argc < 2) return scanCommand({});
+  const std::string command = argv[1];
+  std::vector<std::string> args(argv + 2, argv + argc);
+  if (command == "--help" || command == "-h" || command == "help") {
+    std::fputs(kHelp, stdout);
+    return 0;
   }
-  int status = 0;
-  for (int i = 1; i < argc; ++i) status |= identify(argv[i]);
-  return status;
+  if (command == "identify") return identifyCommand(args);
+  if (command == "scan") return scanCommand(args);
+  if (command == "duplicates") return duplicatesCommand(args);
+  if (command == "styles") return stylesCommand(args);
+  if (command == "classify") return classifyCommand(args);
+  std::fprintf(stderr, "typeprint: unknown command '%s' (see typeprint --help)\n", command.c_str());
+  return 2;
 }
