@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace typeprint {
@@ -283,6 +284,17 @@ TEST(UserStyle, FindsTheStyleInEitherNameIgnoringCase) {
     SCOPED_TRACE(std::string(row.first) + " / " + row.style);
     EXPECT_EQ(UxFontStyleScan::ScanFontForUserStyle(row.first, row.second, row.style), row.found);
   }
+}
+
+TEST(SharedKeywordTable, LoadsOnceWhenFirstUsedFromSeveralThreads) {
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i) threads.emplace_back(UxFontStyleScan::Initialize);
+  for (std::thread& t : threads) t.join();
+  SStyleComponent bold;
+  ASSERT_TRUE(UxFontStyleScan::shared().MatchStyleComponent("Bold", bold));
+  EXPECT_EQ(bold.styleConstant, 1);
+  std::vector<SBuiltinStyle> out;
+  EXPECT_EQ(UxFontStyleScan::shared().ScanFontForBuiltinStyles("Foo-BoldItalic", "", out), 2u);
 }
 
 }  // namespace
