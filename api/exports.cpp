@@ -4,10 +4,12 @@
 
 #include <algorithm>
 #include <climits>
+#include <vector>
 
 #include "api/exchange_formats.h"
 #include "api/font_specifier.h"
 #include "api/out_string.h"
+#include "style/style_scan.h"
 #include "typeprint_version.h"
 
 #define TP_API extern "C" __attribute__((visibility("default")))
@@ -222,10 +224,18 @@ TP_API TP_Status TP_GetKerningChecksum(TP_FontArray* array, uint32_t index, uint
   return getNumber(array, index, value, TP_ATTR_KERNING_CHECKSUM, &TP_FontSpecifier::kerningChecksum);
 }
 
-TP_API TP_Status TP_GetStyles(const char* nameA, const char* nameB, uint32_t, int32_t, uint32_t* count,
-                              char** names) {
+TP_API TP_Status TP_GetStyles(const char* nameA, const char* nameB, uint32_t maxNames, int32_t nameSize,
+                              uint32_t* count, char** names) {
   if (!nameA || !nameB || !count || !names || !names[0]) return TP_STATUS_FAILED;
-  return TP_STATUS_OK;  // the style scan reports no match until it is wired in
+  typeprint::UxFontStyleScan::Initialize();
+  std::vector<typeprint::SBuiltinStyle> styles;
+  size_t found = typeprint::UxFontStyleScan::shared().ScanFontForBuiltinStyles(nameA, nameB, styles);
+  if (found == 0) return TP_STATUS_OK;  // count is left as it was
+  *count = uint32_t(std::min<size_t>(found, maxNames));
+  for (uint32_t i = 0; i < *count; ++i) {
+    if (names[i]) copyOutString(styles[i].display, names[i], nameSize);
+  }
+  return TP_STATUS_OK;
 }
 
 TP_API TP_Status TP_GetClassificationFromFamily(const char* family, const char*, char* buffer, int32_t size) {
