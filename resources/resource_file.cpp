@@ -1,18 +1,251 @@
 #include "resources/resource_file.h"
 
-// Until resource maps are read, no file has one: every query answers "no resources".
-namespace typeprint {
+#include <set>
 
-void* AllocateResourceFile(const char*, bool) { return nullptr; }
-void FreeResourceFile(void*) {}
-int countResType(void*, uint32_t) { return 0; }
-Handle getHandleOfTypeAndIndex(void*, uint32_t, int) { return nullptr; }
-Handle getHandleOfTypeAndResID(void*, uint32_t, int16_t) { return nullptr; }
-void ReleaseResource(Handle) {}
-bool FileHasFONDsInResourceFork(void*) { return false; }
-bool FileHasPOSTsInResourceFork(void*) { return false; }
-bool is_psfont(void*) { return false; }
-bool is_psprinterfont(void*) { return false; }
-bool hasValidResourcePSHeader(void*) { return false; }
+#include "platform/linux/fork_writer.h"
+
+namespace typeprint {
+namespace {
+
+constexpr int16_t kNotOpen = -1;
+constexpr int16_t kPrinterFontFirstPOST = 501;
+constexpr uint32_t kTyp1 = tag("typ1");
+
+FontActivationService gActivation;
+int16_t gLastRefNum = 0;
+
+// Reference numbers given to open maps: 1 and up, as the system's own file is 0.
+int16_t nextRefNum() {
+  gLastRefNum = gLastRefNum == INT16_MAX ? 1 : int16_t(gLastRefNum + 1);
+  return gLastRefNum;
+}
+
+TypeprintResourceFile* asFile(void* rf) { return static_cast<TypeprintResourceFile*>(rf); }
+
+}  // namespace
+
+void SetFontActivationService(const FontActivationService& service) { gActivation = service; }
+
+TypeprintResourceFile::TypeprintResourceFile(const std::string& path, bool readOnly)
+    : qsFile_(path), qsReadOnly_(readOnly) {}
+
+std::unique_ptr<TypeprintResourceFile> TypeprintResourceFile::initWithFile(const std::string& path, bool readOnly) {
+  std::unique_ptr<TypeprintResourceFile> rf(new TypeprintResourceFile(path, readOnly));
+  rf->qsRefNum_ = rf->openFileForResourceAccess();
+  if (rf->qsRefNum_ == kNotOpen) return nullptr;
+  return rf;
+}
+
+// The resource fork's map first; when there is none (no fork, or no usable map in it), the
+// data fork read as a map, as a `.dfont` is. isDataFork is set whenever the data fork was tried.
+int16_t TypeprintResourceFile::openFileForResourceAccess() {
+  auto forks = openForks(qsFile_);
+  if (!forks) return kNotOpen;
+  forks_ = std::move(*forks);
+  map_ = ResourceMap::read(forks_.resourceFork);
+  if (!map_) {
+    qsIsDataFork_ = true;
+    map_ = ResourceMap::read(forks_.dataFork);
+  }
+  return map_ ? nextRefNum() : kNotOpen;
+}
+
+TypeprintResourceFile::~TypeprintResourceFile() {
+  deactivate();
+  if (!qsReadOnly_) updateResFile();
+  for (auto& [entry, h] : handles_) {
+    SetHandleOwner(h, nullptr);
+    DisposeHandle(h);
+  }
+}
+
+int TypeprintResourceFile::count1ResTypes() const { return map_->countTypes(); }
+
+int TypeprintResourceFile::countResType(uint32_t type) const { return map_->count(type); }
+
+Handle TypeprintResourceFile::getResourceHandleViaGet1IndResource(uint32_t type, int index) {
+  return handleFor(map_->indexed(type, index));
+}
+
+Handle TypeprintResourceFile::getResourceHandleForType(uint32_t type, int16_t resID) {
+  return handleFor(map_->find(type, resID));
+}
+
+void TypeprintResourceFile::getResourceTypeViaGet1IndType(uint32_t* type, int index) const {
+  if (type) *type = map_->typeAt(index);
+}
+
+std::vector<int16_t> TypeprintResourceFile::getSortedResIDsForType(uint32_t type) const {
+  std::set<int16_t> ids;
+  int n = map_->count(type);
+  for (int i = 1; i <= n; ++i) ids.insert(map_->indexed(type, i)->id);
+  return {ids.begin(), ids.end()};
+}
+
+void TypeprintResourceFile::activate() {
+  if (qsATSFontContainerRef_ != 0 || !gActivation.activate) return;
+  qsATSFontContainerRef_ = gActivation.activate(qsFile_);
+}
+
+void TypeprintResourceFile::deactivate() {
+  if (qsATSFontContainerRef_ == 0) return;
+  if (gActivation.deactivate) gActivation.deactivate(qsATSFontContainerRef_);
+  qsATSFontContainerRef_ = 0;
+}
+
+// One handle per resource: asking again for the same resource gives the same handle.
+Handle TypeprintResourceFile::handleFor(ResourceEntry* entry) {
+  if (!entry) return nullptr;
+  auto found = handles_.find(entry);
+  if (found != handles_.end()) return found->second;
+  Handle h = NewHandleFromBytes(entry->data());
+  SetHandleOwner(h, this);
+  handles_[entry] = h;
+  entries_[h] = entry;
+  return h;
+}
+
+ResourceEntry* TypeprintResourceFile::entryFor(Handle h) const {
+  auto found = entries_.find(h);
+  return found == entries_.end() ? nullptr : found->second;
+}
+
+void TypeprintResourceFile::forget(Handle h) {
+  auto found = entries_.find(h);
+  if (found == entries_.end()) return;
+  handles_.erase(found->second);
+  entries_.erase(found);
+  SetHandleOwner(h, nullptr);
+}
+
+void TypeprintResourceFile::handleDisposed(Handle h) { forget(h); }
+
+TypeprintResourceFile* TypeprintResourceFile::ownerOf(Handle h) {
+  return static_cast<TypeprintResourceFile*>(GetHandleOwner(h));
+}
+
+bool TypeprintResourceFile::getResInfo(Handle h, int16_t* id, uint32_t* type, std::string* name) const {
+  const ResourceEntry* entry = entryFor(h);
+  if (!entry) return false;
+  if (id) *id = entry->id;
+  if (type) *type = entry->type;
+  if (name) *name = entry->hasName ? entry->name : std::string();
+  return true;
+}
+
+bool TypeprintResourceFile::changedResource(Handle h) {
+  ResourceEntry* entry = entryFor(h);
+  if (!entry) return false;
+  entry->attributes |= kResChanged;
+  map_->setData(entry, std::vector<uint8_t>(HandleBytes(h).begin(), HandleBytes(h).end()));
+  return true;
+}
+
+bool TypeprintResourceFile::removeResource(Handle h) {
+  ResourceEntry* entry = entryFor(h);
+  if (!entry) return false;
+  forget(h);
+  return map_->remove(entry);
+}
+
+bool TypeprintResourceFile::setResInfo(Handle h, int16_t id, const std::string* name) {
+  ResourceEntry* entry = entryFor(h);
+  if (!entry) return false;
+  map_->setInfo(entry, id, name);
+  return true;
+}
+
+bool TypeprintResourceFile::detachResource(Handle h) {
+  if (!entryFor(h)) return false;
+  forget(h);
+  return true;
+}
+
+bool TypeprintResourceFile::addResource(Handle h, uint32_t type, int16_t id, const std::string* name) {
+  if (!h || GetHandleOwner(h)) return false;
+  ResourceEntry* entry = map_->add(type, id, name, std::vector<uint8_t>(HandleBytes(h).begin(), HandleBytes(h).end()));
+  SetHandleOwner(h, this);
+  handles_[entry] = h;
+  entries_[h] = entry;
+  return true;
+}
+
+void TypeprintResourceFile::releaseResource(Handle) const {}
+
+bool TypeprintResourceFile::updateResFile() {
+  if (!map_->changed()) return true;
+  if (qsReadOnly_) return false;
+  // Handles marked changed may have been edited further since.
+  for (auto& [h, entry] : entries_)
+    if (entry->attributes & kResChanged) map_->setData(entry, std::vector<uint8_t>(HandleBytes(h).begin(), HandleBytes(h).end()));
+  auto fork = map_->write();
+  if (!fork || !writeForkBack(forks_, qsIsDataFork_ ? ForkKind::Data : ForkKind::Resource, *fork)) return false;
+  map_->clearChanged();
+  return true;
+}
+
+void* AllocateResourceFile(const char* path, bool readOnly) {
+  if (!path) return nullptr;
+  return TypeprintResourceFile::initWithFile(path, readOnly).release();
+}
+
+void FreeResourceFile(void* rf) { delete asFile(rf); }
+
+int countResType(void* rf, uint32_t type) { return rf ? asFile(rf)->countResType(type) : 0; }
+
+Handle getHandleOfTypeAndIndex(void* rf, uint32_t type, int index) {
+  return rf ? asFile(rf)->getResourceHandleViaGet1IndResource(type, index) : nullptr;
+}
+
+Handle getHandleOfTypeAndResID(void* rf, uint32_t type, int16_t id) {
+  return rf ? asFile(rf)->getResourceHandleForType(type, id) : nullptr;
+}
+
+bool FileHasFONDsInResourceFork(void* rf) { return countResType(rf, kTypeFOND) > 0; }
+bool FileHasPOSTsInResourceFork(void* rf) { return countResType(rf, kTypePOST) > 0; }
+bool is_psfont(void* rf) { return countResType(rf, kTypeNFNT) > 0; }
+
+bool is_psprinterfont(void* rf) {
+  Handle h = getHandleOfTypeAndResID(rf, kTypePOST, kPrinterFontFirstPOST);
+  ReleaseResource(h);
+  return h != nullptr;
+}
+
+bool hasValidResourcePSHeader(void* rf) {
+  Handle h = getHandleOfTypeAndIndex(rf, kTypeSfnt, 1);
+  BEReader r(HandleBytes(h));
+  bool typ1 = r.u32() == kTyp1 && r.ok();
+  ReleaseResource(h);
+  return typ1;
+}
+
+void ReleaseResource(Handle h) {
+  if (TypeprintResourceFile* rf = TypeprintResourceFile::ownerOf(h)) rf->releaseResource(h);
+}
+
+bool GetResInfo(Handle h, int16_t* id, uint32_t* type, std::string* name) {
+  TypeprintResourceFile* rf = TypeprintResourceFile::ownerOf(h);
+  return rf && rf->getResInfo(h, id, type, name);
+}
+
+bool ChangedResource(Handle h) {
+  TypeprintResourceFile* rf = TypeprintResourceFile::ownerOf(h);
+  return rf && rf->changedResource(h);
+}
+
+bool RemoveResource(Handle h) {
+  TypeprintResourceFile* rf = TypeprintResourceFile::ownerOf(h);
+  return rf && rf->removeResource(h);
+}
+
+bool SetResInfo(Handle h, int16_t id, const std::string* name) {
+  TypeprintResourceFile* rf = TypeprintResourceFile::ownerOf(h);
+  return rf && rf->setResInfo(h, id, name);
+}
+
+bool DetachResource(Handle h) {
+  TypeprintResourceFile* rf = TypeprintResourceFile::ownerOf(h);
+  return rf && rf->detachResource(h);
+}
 
 }  // namespace typeprint

@@ -1,11 +1,21 @@
-// C-level access to an open resource-fork font file. The object travels as an untyped pointer;
-// every function tolerates a null object and then answers "no resources".
+// One open resource-fork font file (a suitcase `FFIL`, a printer font `LWFN`, or a data fork
+// holding a resource map such as a `.dfont`), and the C-level functions through which the rest
+// of the library reaches it as an untyped pointer. Every C-level function tolerates a null object
+// and then answers "no resources".
 #pragma once
 
 #include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
 
 #include "foundation/be_reader.h"
+#include "platform/linux/fork_locator.h"
 #include "resources/handle.h"
+#include "resources/resource_map.h"
 
 namespace typeprint {
 
@@ -15,19 +25,120 @@ constexpr uint32_t kTypeFONT = tag("FONT");
 constexpr uint32_t kTypePOST = tag("POST");
 constexpr uint32_t kTypeSfnt = tag("sfnt");
 
-// Opens the resource map of the file at `path` (UTF-8); null when it has no usable one.
+// The font service behind activate/deactivate. Linux has none, so by default nothing is
+// activated; whoever can answer "which file holds the outline of this PostScript name among the
+// fonts this file brings in" installs a service with SetFontActivationService.
+struct FontActivationService {
+  // Activates the file for this process only; a non-zero container reference on success.
+  uint32_t (*activate)(const std::string& path) = nullptr;
+  void (*deactivate)(uint32_t container) = nullptr;
+  // The path of the file holding the outline of `postScriptName`; empty when unknown.
+  std::string (*outlineFileFor)(uint32_t container, const std::string& postScriptName) = nullptr;
+};
+void SetFontActivationService(const FontActivationService& service);
+
+class TypeprintResourceFile final : private HandleOwner {
+ public:
+  // Opens the resource map of `path`: the resource fork, or else the data fork. Null when
+  // neither holds a usable map.
+  static std::unique_ptr<TypeprintResourceFile> initWithFile(const std::string& path, bool readOnly);
+  // Deactivates, writes changes back when the file was opened for writing, and frees every
+  // handle the file still owns.
+  ~TypeprintResourceFile();
+  TypeprintResourceFile(const TypeprintResourceFile&) = delete;
+  TypeprintResourceFile& operator=(const TypeprintResourceFile&) = delete;
+
+  std::string file() const { return qsFile_; }
+  bool isDataFork() const { return qsIsDataFork_; }
+  bool isReadOnly() const { return qsReadOnly_; }
+  // Where the forks were found and what the Finder would show for the file.
+  const FileForks& forks() const { return forks_; }
+
+  int count1ResTypes() const;
+  int countResType(uint32_t type) const;
+  // Resource `index` (from 1, in map order) of a type; null when out of range.
+  Handle getResourceHandleViaGet1IndResource(uint32_t type, int index);
+  Handle getResourceHandleForType(uint32_t type, int16_t resID);
+  // Type `index` (from 1) into *type; 0 when out of range. Nothing for a null pointer.
+  void getResourceTypeViaGet1IndType(uint32_t* type, int index) const;
+  // The IDs of a type, ascending and duplicate-free.
+  std::vector<int16_t> getSortedResIDsForType(uint32_t type) const;
+
+  // Activation through the installed font service; only the first call has an effect until
+  // deactivate.
+  void activate();
+  void deactivate();
+  uint32_t fontContainer() const { return qsATSFontContainerRef_; }
+  // Cache of PostScript name to printer-file name, filled by the family readers.
+  std::map<std::string, std::string>& printerFileFromPostscriptNameDict() { return qsPrinterFileFromPostscriptNameDict_; }
+
+  // Resource manager operations on handles this file gave out. Each is false for a handle that
+  // is not this file's.
+  bool getResInfo(Handle h, int16_t* id, uint32_t* type, std::string* name) const;
+  // The handle's current bytes are written as the resource's data when the file is updated.
+  bool changedResource(Handle h);
+  // Removes the resource from the map; the handle becomes the caller's, to DisposeHandle.
+  bool removeResource(Handle h);
+  // New ID, and a new name unless `name` is null.
+  bool setResInfo(Handle h, int16_t id, const std::string* name);
+  // The handle stays valid after the file closes and becomes the caller's, to DisposeHandle.
+  bool detachResource(Handle h);
+  // Makes a free handle a new resource of this file, owned by it.
+  bool addResource(Handle h, uint32_t type, int16_t id, const std::string* name);
+  // Handles stay valid until the file closes, so releasing one early does nothing.
+  void releaseResource(Handle h) const;
+
+  // Writes a changed map back into the container it came from. True when nothing needed
+  // writing or the write succeeded; false for a read-only file or a failed write, which leaves
+  // the file on disk as it was.
+  bool updateResFile();
+
+  // The open file that owns `h`; null for a null or free handle.
+  static TypeprintResourceFile* ownerOf(Handle h);
+
+ private:
+  TypeprintResourceFile(const std::string& path, bool readOnly);
+  int16_t openFileForResourceAccess();
+  Handle handleFor(ResourceEntry* entry);
+  ResourceEntry* entryFor(Handle h) const;
+  void forget(Handle h);
+  void handleDisposed(Handle h) override;
+
+  std::string qsFile_;
+  int16_t qsRefNum_ = -1;
+  bool qsReadOnly_ = true;
+  bool qsIsDataFork_ = false;
+  uint32_t qsATSFontContainerRef_ = 0;
+  std::map<std::string, std::string> qsPrinterFileFromPostscriptNameDict_;
+
+  FileForks forks_;
+  std::optional<ResourceMap> map_;
+  std::unordered_map<const ResourceEntry*, Handle> handles_;
+  std::unordered_map<Handle, ResourceEntry*> entries_;
+};
+
+// Opens the resource map of the file at `path` (UTF-8); null when it has no usable one. The
+// caller frees it with FreeResourceFile.
 void* AllocateResourceFile(const char* path, bool readOnly);
 void FreeResourceFile(void* rf);
 int countResType(void* rf, uint32_t type);
 // Resource `index` (from 1) of a type, or null. Valid while the file is open.
 Handle getHandleOfTypeAndIndex(void* rf, uint32_t type, int index);
 Handle getHandleOfTypeAndResID(void* rf, uint32_t type, int16_t id);
-// Gives a handle obtained from a resource file back.
-void ReleaseResource(Handle h);
 bool FileHasFONDsInResourceFork(void* rf);
 bool FileHasPOSTsInResourceFork(void* rf);
 bool is_psfont(void* rf);
 bool is_psprinterfont(void* rf);
 bool hasValidResourcePSHeader(void* rf);
+
+// Handle-level resource manager calls: each finds the file that owns the handle and does
+// nothing (false) for a null or free handle.
+// Gives a handle obtained from a resource file back.
+void ReleaseResource(Handle h);
+bool GetResInfo(Handle h, int16_t* id, uint32_t* type, std::string* name);
+bool ChangedResource(Handle h);
+bool RemoveResource(Handle h);
+bool SetResInfo(Handle h, int16_t id, const std::string* name);
+bool DetachResource(Handle h);
 
 }  // namespace typeprint

@@ -1,6 +1,15 @@
 // Where a file's data fork, resource fork and Finder type/creator live on Linux. Every reader of
 // "the data fork" or "the resource fork" goes through openForks, so a font inside a container
 // reads exactly like the same font in a plain file.
+//
+// For a path P = D/N the places are tried in this order, one function each:
+//   1. P itself is a MacBinary I/II/III or AppleSingle container;
+//   2. an AppleDouble companion: D/._N (macOS on foreign disks and in zip archives), then
+//      D/.AppleDouble/N (netatalk);
+//   3. the other places Linux tools leave forks: D/%N (AppleDouble, the Linux HFS driver),
+//      D/.resource/N (bare fork, CAP), D/resource.frk/N (bare fork, PC Exchange on FAT disks),
+//      and the mirror unzip leaves in an ancestor folder A: A/__MACOSX/<path from A to D>/._N;
+//   4. otherwise P is a plain file with no resource fork.
 #pragma once
 
 #include <cstdint>
@@ -38,5 +47,19 @@ struct FileForks {
 
 // Opens the forks of the file at `path`; nothing when the file cannot be read.
 std::optional<FileForks> openForks(const std::string& path);
+
+// True for files that only hold another file's forks or Finder info (`._N`, anything inside
+// `.AppleDouble/`, `.resource/`, `.finderinfo/`, `resource.frk/` or `__MACOSX/`, and `%N` beside
+// an N): a directory walk must not take them for fonts of their own.
+bool isForkCompanion(const std::string& path);
+
+// The places, each on its own. Each returns the forks when its place holds them, else nothing.
+std::optional<FileForks> forksFromContainer(std::shared_ptr<const MappedFile> file);
+std::optional<FileForks> forksFromDotUnderscore(std::shared_ptr<const MappedFile> file);
+std::optional<FileForks> forksFromNetatalk(std::shared_ptr<const MappedFile> file);
+std::optional<FileForks> forksFromPercentDouble(std::shared_ptr<const MappedFile> file);
+std::optional<FileForks> forksFromResourceFolder(std::shared_ptr<const MappedFile> file);
+std::optional<FileForks> forksFromResourceFrk(std::shared_ptr<const MappedFile> file);
+std::optional<FileForks> forksFromMacosxMirror(std::shared_ptr<const MappedFile> file);
 
 }  // namespace typeprint

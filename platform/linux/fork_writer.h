@@ -1,0 +1,30 @@
+// Writes a new data or resource fork back into the container the forks were found in: the file
+// itself (plain, MacBinary, AppleSingle), its AppleDouble companion, or its bare fork file.
+// Every write replaces the target file atomically, so a failure at any point leaves the old file.
+#pragma once
+
+#include <string>
+
+#include "foundation/be_reader.h"
+#include "platform/linux/fork_locator.h"
+
+namespace typeprint {
+
+enum class ForkKind { Data, Resource };
+
+// Replaces one fork of the file `forks` describes, keeping the container form and every other
+// part of it. False, with nothing changed on disk, when the write fails or the file has no place
+// for a resource fork.
+bool writeForkBack(const FileForks& forks, ForkKind which, ByteSpan fork);
+
+// Writes `bytes` to a temporary file in the same folder as `path`, with `path`'s permissions,
+// flushes it to disk and renames it over `path`. False, and the temporary file removed, on any
+// failure.
+bool replaceFileAtomically(const std::string& path, ByteSpan bytes);
+
+// Test hook: called with the temporary file's path just before the rename; returning false makes
+// the replacement fail there, as a crash or a full disk would. Null restores normal operation.
+using ReplaceFault = bool (*)(const std::string& tempPath);
+void setReplaceFaultForTesting(ReplaceFault fault);
+
+}  // namespace typeprint

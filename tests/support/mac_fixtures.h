@@ -1,0 +1,70 @@
+// The Mac-format fixtures in tests/fonts/mac/ and what an independent dumper found in them
+// (tests/fonts/mac/expected.tsv, see the README there).
+#pragma once
+
+#include <cstdint>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "support/test_paths.h"
+
+namespace typeprint::test {
+
+struct ExpectedResource {
+  std::string type;
+  int id = 0;
+  int attributes = 0;
+  size_t size = 0;
+  uint32_t crc = 0;
+  std::string name;  // "-" when unnamed
+};
+
+struct ExpectedFile {
+  std::string path;       // relative to tests/fonts/mac/
+  std::string container;  // "plain file", "MacBinary I", "AppleDouble"...
+  std::string type, creator;  // "-" when none
+  std::string mapSource;      // "resource", "data" or "none"
+  std::vector<ExpectedResource> resources;
+};
+
+inline std::vector<std::string> splitTabs(const std::string& line) {
+  std::vector<std::string> fields;
+  std::stringstream s(line);
+  std::string field;
+  while (std::getline(s, field, '\t')) fields.push_back(field);
+  return fields;
+}
+
+inline std::vector<ExpectedFile> loadMacExpectations() {
+  std::ifstream in(fontPath("mac/expected.tsv"));
+  std::vector<ExpectedFile> files;
+  std::string line;
+  while (std::getline(in, line)) {
+    auto f = splitTabs(line);
+    if (f.size() == 6 && f[0] == "file") {
+      files.push_back({f[1], f[2], f[3], f[4], f[5], {}});
+    } else if (f.size() == 8 && f[0] == "res" && !files.empty() && files.back().path == f[1]) {
+      files.back().resources.push_back({f[2], std::stoi(f[3]), std::stoi(f[4]), std::stoul(f[5]),
+                                        uint32_t(std::stoul(f[6], nullptr, 16)), f[7]});
+    }
+  }
+  return files;
+}
+
+inline const ExpectedFile* findExpected(const std::vector<ExpectedFile>& files, const std::string& path) {
+  for (const auto& f : files)
+    if (f.path == path) return &f;
+  return nullptr;
+}
+
+// A four-character code from text, independently of the library's tag().
+inline uint32_t fourCC(const std::string& s) {
+  return uint32_t(uint8_t(s.at(0))) << 24 | uint32_t(uint8_t(s.at(1))) << 16 | uint32_t(uint8_t(s.at(2))) << 8 |
+         uint32_t(uint8_t(s.at(3)));
+}
+
+inline std::string macFixture(const std::string& relative) { return fontPath("mac/" + relative); }
+
+}  // namespace typeprint::test
