@@ -54,7 +54,9 @@ TEST(UxString, PascalStringsCutAt255Bytes) {
     ASSERT_EQ(s.GetPascalString(out), out);
     EXPECT_EQ(out[0], row.lengthByte);
     EXPECT_EQ(std::string(reinterpret_cast<char*>(out + 1), out[0]), text.substr(0, row.lengthByte));
-    if (row.lengthByte < 255) EXPECT_EQ(out[1 + row.lengthByte], 0xCC) << "no terminator is written";
+    if (row.lengthByte < 255) {
+      EXPECT_EQ(out[1 + row.lengthByte], 0xCC) << "no terminator is written";
+    }
     UxString back;
     back.setPStr(s.GetPascalString());
     EXPECT_EQ(std::string(back), text.substr(0, row.lengthByte));
