@@ -241,16 +241,6 @@ TEST(FileFind, ListsEveryEntryWithDots) {
   EXPECT_FALSE(UxFileFind().FindFile(dir.file("missing")));
 }
 
-TEST(FileLocation, AccessPermissionsCompareBothModes) {
-  UxAccessPermission read(UxAccessPermission::kReadAccess, UxAccessPermission::kDenyWrite);
-  EXPECT_EQ(read, UxAccessPermission(read));
-  EXPECT_NE(read, UxAccessPermission(UxAccessPermission::kReadAccess, UxAccessPermission::kDenyNone));
-  UxAccessPermission::Access access;
-  UxAccessPermission::Deny deny;
-  read.GetPermission(access, deny);
-  EXPECT_EQ(deny, UxAccessPermission::kDenyWrite);
-}
-
 TEST(StandardFolders, FollowTheXdgConventions) {
   ScratchDir home;
   std::filesystem::create_directories(home.file("config"));
