@@ -323,24 +323,24 @@ UxDirectorySpecification& UxDirectorySpecification::operator=(const UxString& pa
 }
 
 void UxDirectorySpecification::AddDelimiter() {
-  if (spec_.IsValid()) Parser::AddDelimiter(spec_.path_);
+  if (file_.IsValid()) Parser::AddDelimiter(file_.path_);
 }
 
 bool UxDirectorySpecification::Set(const UxString& path) {
-  bool ok = spec_.Set(path);
+  bool ok = file_.Set(path);
   AddDelimiter();
   return ok;
 }
 
 bool UxDirectorySpecification::Set(const UxDirectorySpecification& parent, const UxString& name) {
-  bool ok = spec_.Set(parent, name);
+  bool ok = file_.Set(parent, name);
   AddDelimiter();
   return ok;
 }
 
 void UxDirectorySpecification::GetName(UxString& name) const {
   UxString found;
-  const UxString& path = spec_.GetFullPath();
+  const UxString& path = file_.GetFullPath();
   if (!IsValid() || !Parser::GetFileName(path.substr(0, path.size() - 1), found)) {
     throw UXFileSystemException("Bad filename in UxDirectorySpecification::GetName", kBadNameErr);
   }
@@ -354,7 +354,7 @@ UxString UxDirectorySpecification::GetName() const {
 }
 
 void UxDirectorySpecification::GetLocationUTF8(UxString& out) const {
-  out = Parser::GetPathDeletingLastPathComponent(spec_.GetFullPath());
+  out = Parser::GetPathDeletingLastPathComponent(file_.GetFullPath());
 }
 
 bool UxDirectorySpecification::GetParentDirectory(UxDirectorySpecification& dir) const {

@@ -154,12 +154,12 @@ class UxDirectorySpecification {
   // As UxFileSpecification::Set, then the delimiter is added.
   bool Set(const UxString& path);
   bool Set(const UxDirectorySpecification& parent, const UxString& name);
-  void SetInvalid() { spec_.SetInvalid(); }
-  bool IsValid() const { return spec_.IsValid(); }
+  void SetInvalid() { file_.SetInvalid(); }
+  bool IsValid() const { return file_.IsValid(); }
 
-  const UxString& GetFullPath() const { return spec_.GetFullPath(); }
-  void GetFullPath(UxString& out) const { out = spec_.GetFullPath(); }
-  bool GetFullPathUTF8(char* buffer, size_t size) const { return spec_.GetFullPathUTF8(buffer, size); }
+  const UxString& GetFullPath() const { return file_.GetFullPath(); }
+  void GetFullPath(UxString& out) const { out = file_.GetFullPath(); }
+  bool GetFullPathUTF8(char* buffer, size_t size) const { return file_.GetFullPathUTF8(buffer, size); }
   // The folder's own name, without "/". Throws UXFileSystemException "Bad filename in
   // UxDirectorySpecification::GetName" (-37) when invalid or for the root folder.
   void GetName(UxString& name) const;
@@ -167,14 +167,14 @@ class UxDirectorySpecification {
   void GetLocationUTF8(UxString& out) const;
   // False, and `dir` invalid, for the root folder.
   bool GetParentDirectory(UxDirectorySpecification& dir) const;
-  const UxFileSpecification& GetFileSpecification() const { return spec_; }
+  const UxFileSpecification& GetFileSpecification() const { return file_; }
 
-  bool operator==(const UxDirectorySpecification& other) const { return spec_ == other.spec_; }
+  bool operator==(const UxDirectorySpecification& other) const { return file_ == other.file_; }
   bool operator!=(const UxDirectorySpecification& other) const { return !(*this == other); }
 
  private:
   void AddDelimiter();
-  UxFileSpecification spec_;
+  UxFileSpecification file_;
 };
 
 // How a file is to be opened and what others are denied meanwhile.

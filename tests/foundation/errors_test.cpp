@@ -42,9 +42,9 @@ TEST(Errors, ValueStringUsesTheGivenLocaleOnly) {
 }
 
 TEST(Errors, FailOnErrorToleratesFileNotFound) {
-  UxFileSpecification spec;
-  EXPECT_EQ(spec.FailOnError(0), 0);
-  EXPECT_NO_THROW(spec.FailOnError(-43));
+  UxFileSpecification location;
+  EXPECT_EQ(location.FailOnError(0), 0);
+  EXPECT_NO_THROW(location.FailOnError(-43));
   const struct {
     short code;
     const char* what;
@@ -53,7 +53,7 @@ TEST(Errors, FailOnErrorToleratesFileNotFound) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.code);
     try {
-      spec.FailOnError(row.code);
+      location.FailOnError(row.code);
       ADD_FAILURE() << "no exception";
     } catch (const UXFileSystemException& e) {
       EXPECT_STREQ(e.what(), row.what);

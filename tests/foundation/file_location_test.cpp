@@ -137,12 +137,12 @@ TEST(FileLocation, ResolvesExistingItemsAndItemsInExistingFolders) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.path);
-    UxFileSpecification spec(row.path);
-    EXPECT_EQ(spec.IsValid(), row.valid);
-    EXPECT_EQ(std::string(spec.GetFullPath()), row.valid ? row.path : "");
+    UxFileSpecification location(row.path);
+    EXPECT_EQ(location.IsValid(), row.valid);
+    EXPECT_EQ(std::string(location.GetFullPath()), row.valid ? row.path : "");
     if (!row.valid) {
       try {
-        spec = UxString(row.path);
+        location = UxString(row.path);
         ADD_FAILURE() << "no exception";
       } catch (const UXFileSystemException& e) {
         EXPECT_STREQ(e.what(), "Path not found in UxFileSpecification::GetName:-36");
