@@ -4,6 +4,7 @@
 
 #include <cctype>
 #include <cstring>
+#include <locale>
 #include <sstream>
 
 namespace typeprint {
@@ -11,7 +12,9 @@ namespace {
 
 constexpr size_t kPascalBufferSize = 256;
 
-// The library's own string lists, by list ID. List 2 holds the application error texts.
+// The library's own string lists, by list ID, stored as Mac Roman bytes the way a string-list
+// resource holds them. List 2 holds the application error texts, indexed by
+// applicationErrorEnumeration (foundation/errors.h).
 struct StringList {
   short id;
   std::initializer_list<const char*> entries;
@@ -61,7 +64,9 @@ UxString UxString::LoadResource(short listID, short index) {
   for (const StringList& list : kStringLists) {
     if (list.id != listID) continue;
     if (index < 1 || size_t(index) > list.entries.size()) return UxString();
-    return UxString(list.entries.begin()[index - 1]);
+    UxString text;
+    if (!text.Set(list.entries.begin()[index - 1], TextEncoding::MacRoman)) return UxString();
+    return text;
   }
   return UxString();
 }
@@ -78,8 +83,14 @@ unsigned char* UxString::GetPascalString() const {
   return GetPascalString(pascal_.get());
 }
 
+std::optional<UxString> UxString::GetUnicode(TextEncoding encoding) const {
+  UxString text;
+  if (!text.Set(ByteSpan(reinterpret_cast<const uint8_t*>(data()), length()), encoding)) return std::nullopt;
+  return text;
+}
+
 std::optional<std::string> UxString::GetEncoded(TextEncoding encoding) const {
-  return encodeFromUTF8(c_str(), encoding);
+  return encodeFromUTF8(*this, encoding);
 }
 
 UxString::operator const wchar_t*() const {
@@ -87,14 +98,17 @@ UxString::operator const wchar_t*() const {
   return wide_.c_str();
 }
 
+// The classic locale keeps the digits free of grouping whatever the process's global locale is.
 void UxString::MakeValueString(unsigned long v) {
   std::ostringstream s;
+  s.imbue(std::locale::classic());
   s << v;
   assign(s.str());
 }
 
 void UxString::MakeValueString(long v) {
   std::ostringstream s;
+  s.imbue(std::locale::classic());
   s << v;
   assign(s.str());
 }

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/linux/text_encoding.h"
@@ -41,6 +42,9 @@ class UxString : public std::string {
   unsigned char* GetPascalString(unsigned char* out) const;
   // The same into the object's own buffer, valid until the next call or destruction.
   unsigned char* GetPascalString() const;
+  // The text's bytes read in `encoding`, as UTF-8 (Invalid: the system encoding, UTF-8);
+  // nothing when the bytes are not valid in that encoding.
+  std::optional<UxString> GetUnicode(TextEncoding encoding) const;
   // The text re-encoded in `encoding` (Invalid: the system encoding, UTF-8); nothing when the
   // bytes are not valid UTF-8 or not representable.
   std::optional<std::string> GetEncoded(TextEncoding encoding) const;
