@@ -10,7 +10,6 @@
 
 namespace typeprint {
 
-DataRetrieveError::~DataRetrieveError() = default;
 
 namespace {
 

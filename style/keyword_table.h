@@ -9,16 +9,10 @@
 #include <string>
 #include <vector>
 
+#include "foundation/errors.h"
 #include "foundation/plist_value.h"
 
 namespace typeprint {
-
-// A required array of a data file is missing. The text names the file and the array.
-class DataRetrieveError : public std::runtime_error {
- public:
-  explicit DataRetrieveError(const char* what) : std::runtime_error(what) {}
-  ~DataRetrieveError() override;
-};
 
 struct SStyleComponent {
   int32_t styleConstant = 0;
