@@ -7,6 +7,7 @@
 #include <limits>
 #include <memory>
 
+#include "foundation/plist_helpers.h"
 #include "platform/linux/plist_io.h"
 #include "typeprint.h"
 
@@ -188,16 +189,18 @@ uint32_t arrayFromPropertyList(const char* text, TP_FontArray** out) {
   auto array = std::make_unique<TP_FontArray>();
   for (const PlistValue& element : root->asArray()) {
     TP_FontSpecifier record = importedRecord();
+    const PlistValue::Dictionary noKeys;
+    const PlistValue::Dictionary& face = element.is(PlistValue::Type::Dictionary) ? element.asDictionary() : noKeys;
     for (const StringRow& row : kStringRows) {
-      const PlistValue* value = element.find(row.tag);
-      if (!value || !value->is(PlistValue::Type::String)) continue;
-      record.*row.field = value->asString();
+      const std::string* value = QCFUtils::GetCFStringFromDict(face, row.tag);
+      if (!value) continue;
+      record.*row.field = *value;
       record.attributes |= row.bit;
     }
     for (const NumberRow& row : kNumberRows) {
-      const PlistValue* value = element.find(row.tag);
-      if (!value || !value->is(PlistValue::Type::String)) continue;
-      record.*row.field = strtol32(value->asString().c_str(), row.radix);
+      const std::string* value = QCFUtils::GetCFStringFromDict(face, row.tag);
+      if (!value) continue;
+      record.*row.field = strtol32(value->c_str(), row.radix);
       record.attributes |= row.bit;
     }
     array->append(record);
