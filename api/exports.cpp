@@ -6,6 +6,8 @@
 #include <climits>
 #include <vector>
 
+#include "analysis/name_table.h"
+#include "analysis/type1_header.h"
 #include "api/exchange_formats.h"
 #include "api/font_specifier.h"
 #include "api/out_string.h"
@@ -191,8 +193,10 @@ TP_API TP_Status TP_GetWindowsMMFile(TP_FontArray* array, uint32_t index, char* 
   const TP_FontSpecifier face = array->at(index);
   if (!(face.attributes & TP_ATTR_WINDOWS_MM_FILE)) return TP_STATUS_NOT_COLLECTED;
   if (!(face.attributes & TP_ATTR_OUTLINE_FILE_NAME)) return TP_STATUS_FAILED;
-  (void)size;
-  return TP_STATUS_FAILED;  // the name is derived once Type 1 companion names are read
+  UxString mmmName;
+  if (!typeprint::GetWindowsMMMFontNameFromPrinterFontName(face.outlineFilePath, &mmmName)) return TP_STATUS_FAILED;
+  copyOutString(mmmName, buffer, size);
+  return TP_STATUS_OK;
 }
 
 TP_API TP_Status TP_GetFoundryName(TP_FontArray* array, uint32_t index, char* buffer, int32_t size) {
@@ -244,7 +248,11 @@ TP_API TP_Status TP_GetClassificationFromFamily(const char* family, const char*,
   return TP_STATUS_OK;
 }
 
-TP_API void TP_GetPostScriptNameFromNamesTable(const char* data, uint32_t, void* resourceFile, char** styleHandle,
-                                               int32_t, char* buffer, int32_t) {
+TP_API void TP_GetPostScriptNameFromNamesTable(const char* data, uint32_t length, void* resourceFile,
+                                               char** styleHandle, int32_t styleIndex, char* buffer, int32_t size) {
   if (!data || !resourceFile || !styleHandle || !buffer) return;
+  std::string name;
+  typeprint::ByteSpan font(reinterpret_cast<const uint8_t*>(data), length);
+  typeprint::getPostScriptNameFromNamesTable(font, resourceFile, styleHandle, styleIndex, name);
+  if (!name.empty()) copyOutString(name, buffer, size);
 }

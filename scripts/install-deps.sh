@@ -2,7 +2,8 @@
 # Installs the Debian packages that building and testing typeprint need, when any is missing.
 set -euo pipefail
 packages=(cmake g++ make pkg-config zlib1g-dev libplist-dev libicu-dev libdeflate-dev
-          libgtest-dev libgmock-dev libbenchmark-dev binutils)
+          libgtest-dev libgmock-dev libbenchmark-dev binutils
+          fonts-dejavu-core fonts-urw-base35)  # real fonts the analysis tests read (skipped when absent)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")

@@ -1,0 +1,230 @@
+#include "analysis/font_data.h"
+
+#include <cctype>
+#include <cstring>
+#include <string>
+
+#include "analysis/checksums.h"
+#include "analysis/name_table.h"
+#include "analysis/type1_header.h"
+#include "resources/families.h"
+#include "resources/resource_file.h"
+
+namespace typeprint {
+namespace {
+
+const char* const kExtensions[] = {"ttf", "otf", "ps", "dfont", "ttc", "fot", "fnt", "fon", "pfm", "pfb", "mmm", "inf"};
+
+// The text after the last dot counts as an extension only when it is at most five characters.
+constexpr size_t kMaxDotAndExtension = 6;
+
+// Any one of these tables makes a TrueType font an OpenType one.
+const char* const kOpenTypeTables[] = {"DSIG", "GDEF", "GSUB", "GPOS", "JSTF", "BASE"};
+
+// Windows printer-font metrics: version u16, file size u32 (read big-endian here, although
+// such files store it little-endian), then a 60-byte copyright field.
+constexpr size_t kPFMHeaderSize = 117;
+constexpr size_t kPFMSizeOffset = 2;
+constexpr size_t kPFMCopyrightOffset = 6;
+constexpr size_t kPFMCopyrightSize = 60;
+
+constexpr uint32_t kTagTTCF = tag("ttcf");
+
+// The first four bytes of the file as a big-endian number; nothing for a resource font, a file
+// that is not open, or one shorter than four bytes.
+std::optional<uint32_t> fileSignature(const TFontData& fd) {
+  if (FileHasFONDsInResourceFork(fd.resourceFile) || !fd.forks) return std::nullopt;
+  BEReader r(fd.forks->dataFork);
+  uint32_t signature = r.u32();
+  if (!r.ok()) return std::nullopt;
+  return signature;
+}
+
+bool hasPrinterFontMetricsHeader(const TFontData& fd) {
+  if (!fd.forks) return false;
+  ByteSpan file = fd.forks->dataFork;
+  BEReader r(file);
+  ByteSpan header = r.span(kPFMHeaderSize);
+  if (!r.ok()) return false;
+  BEReader size = BEReader(header).at(kPFMSizeOffset, 4);
+  if (uint64_t(size.u32()) != uint64_t(file.size)) return false;
+  std::string copyright(header.data + kPFMCopyrightOffset, header.data + kPFMCopyrightOffset + kPFMCopyrightSize);
+  for (char& c : copyright) c = char(std::tolower(static_cast<unsigned char>(c)));
+  return copyright.find("copyright") != std::string::npos;
+}
+
+void setKind(TFontData& fd, uint16_t kind, UxString* kindString) {
+  fd.fontKind = kind;
+  if (kindString) *kindString = fontKindString(kind);
+}
+
+void kindFromExtension(TFontData& fd, UxString* kindString) {
+  switch (fd.extensionType) {
+    case kExtTTF:
+    case kExtDfont: setKind(fd, kFontKindTrueType, kindString); break;
+    case kExtOTF: setKind(fd, has_otf_OTTO_Flag(fd) ? kFontKindOpenTypePS : kFontKindOpenTypeTT, kindString); break;
+    case kExtPS:
+    case kExtPFM: setKind(fd, kFontKindPostScript, kindString); break;
+    case kExtTTC: setKind(fd, kFontKindCollection, kindString); break;
+    case kExtMMM: setKind(fd, kFontKindPostScriptMM, kindString); break;
+    default: break;
+  }
+}
+
+// Without a known extension the first bytes decide; each test overrides the one before, so a
+// file beginning "ttcf" is TrueType here, and one beginning 0x00010000 stays unknown.
+void kindFromHeader(TFontData& fd, UxString* kindString) {
+  if (hasValidPSHeader(fd)) setKind(fd, kFontKindPostScript, kindString);
+  if (has_ttc_ttcf_Flag(fd)) setKind(fd, kFontKindTrueType, kindString);
+  if (has_otf_OTTO_Flag(fd)) setKind(fd, kFontKindOpenTypePS, kindString);
+}
+
+void promoteToOpenType(TFontData& fd) {
+  if (fd.isResourceFont || fd.fontKind != kFontKindTrueType || fd.data.empty()) return;
+  for (const char* table : kOpenTypeTables) {
+    if (FindSpecifiedTable(fd.font(), table)) {
+      fd.fontKind = kFontKindOpenTypeTT;
+      return;
+    }
+  }
+}
+
+void trimTrailingSpaces(UxString& text) {
+  size_t end = text.find_last_not_of(' ');
+  text.erase(end == std::string::npos ? 0 : end + 1);
+}
+
+}  // namespace
+
+const char* fontKindString(uint16_t kind) {
+  static const char* const kStrings[] = {"TrueType",   "OpenType - TT",   "OpenType - PS",      "PostScript",
+                                         "PostScript - MM", "TrueType Collection"};
+  return kind < kFontKindUnknown ? kStrings[kind] : "";
+}
+
+void initializeAndConstructFontInfo(TFontData& fd, void* resourceFile, const UxString& path,
+                                    const FileForks* openedForks) {
+  fd.forks.reset();
+  fd.extensionType = kExtUnknown;
+  fd.fontKind = kFontKindUnknown;
+  fd.data = {};
+  fd.isResourceFont = 0;
+  fd.sfntHandle = nullptr;
+  std::strncpy(fd.path, path.c_str(), kFontDataPathCapacity - 1);
+  fd.path[kFontDataPathCapacity - 1] = '\0';
+  fd.pathString = path;
+  fd.resourceFile = resourceFile;
+  if (resourceFile && (FileHasFONDsInResourceFork(resourceFile) || FileHasPOSTsInResourceFork(resourceFile))) {
+    fd.isResourceFont = 1;
+    return;
+  }
+  fd.resourceFile = nullptr;
+  if (openedForks) fd.forks = *openedForks;
+  else fd.forks = openForks(fd.path);
+}
+
+void freeFontInfo(TFontData& fd) {
+  fd.isResourceFont = 0;
+  fd.extensionType = kExtUnknown;
+  fd.fontKind = kFontKindUnknown;
+  fd.forks.reset();
+  if (fd.sfntHandle) ReleaseResource(fd.sfntHandle);
+  fd.sfntHandle = nullptr;
+  fd.data = {};
+  fd.resourceFile = nullptr;
+}
+
+short fontTypeFromExtension(const char* path) {
+  if (!path || path[0] == '\0') return kExtUnknown;
+  const char* dot = std::strrchr(path, '.');
+  std::string extension;
+  if (dot && std::strlen(dot) <= kMaxDotAndExtension) extension = dot + 1;
+  for (char& c : extension) c = char(std::tolower(static_cast<unsigned char>(c)));
+  for (short type = 0; type < short(std::size(kExtensions)); ++type)
+    if (extension == kExtensions[type]) return type;
+  return kExtUnknown;
+}
+
+bool has_ttc_ttcf_Flag(const TFontData& fd) { return fileSignature(fd) == kTagTTCF; }
+
+bool has_otf_TrueType_Flag(const TFontData& fd) { return fileSignature(fd) == kSfntVersionTrueType; }
+
+bool has_otf_OTTO_Flag(const TFontData& fd) { return fileSignature(fd) == kSfntVersionOTTO; }
+
+bool hasValidPSHeader(const TFontData& fd) {
+  return hasValidResourcePSHeader(fd.resourceFile) || hasPrinterFontMetricsHeader(fd);
+}
+
+void getMetaData_FontType(TFontData& fd, Handle styleHandle, int styleIndex, UxString* kindString) {
+  if (fd.isResourceFont) {
+    short style = short(styleIndex);
+    if (has_ttc_true_Flag(fd.resourceFile, styleHandle, style)) setKind(fd, kFontKindTrueType, kindString);
+    else if (has_OTTO_Flag_inResource(fd.resourceFile, styleHandle, style))
+      setKind(fd, kFontKindOpenTypePS, kindString);
+    else if (is_psfont(fd.resourceFile)) setKind(fd, kFontKindPostScript, kindString);
+  }
+  if (fd.fontKind != kFontKindUnknown) return;
+  fd.extensionType = uint16_t(fontTypeFromExtension(fd.path));
+  kindFromExtension(fd, kindString);
+  if (fd.extensionType == kExtUnknown) kindFromHeader(fd, kindString);
+}
+
+int loadFontDataIntoMemory(TFontData& fd, Handle styleHandle, short styleIndex) {
+  if (fd.fontKind <= kFontKindOpenTypePS) loadTTFontData(fd, styleHandle, styleIndex);
+  return 0;
+}
+
+int loadTTFontData(TFontData& fd, Handle styleHandle, short styleIndex) {
+  if (fd.isResourceFont || fd.extensionType == kExtDfont) {
+    int16_t id = getFirstResourceIDFromHandleAndStyle(fd.resourceFile, styleHandle, styleIndex);
+    Handle sfnt = getHandleOfTypeAndResID(fd.resourceFile, kTypeSfnt, id);
+    if (sfnt) {
+      fd.sfntHandle = sfnt;
+      fd.data = HandleBytes(sfnt);
+    }
+  }
+  // The whole data fork, where it lies; a size that does not fit in 32 bits counts as none.
+  if (!fd.data.data && fd.forks && fd.forks->dataFork.size < 0xFFFFFFFFu) fd.data = fd.forks->dataFork;
+  promoteToOpenType(fd);
+  return 0;
+}
+
+long CollectMetaData(void* resourceFile, const UxString& path, Handle styleHandle, short styleIndex,
+                     UxString* printerFilePath, UxString* kindString, UxString* platform, UxString* foundry,
+                     UxString* family, UxString* version, UxString* postScriptName, UxString* styledName,
+                     UxString* fullName, UxString* windowsFullName, uint32_t* kerningChecksum,
+                     const FileForks* openedForks) {
+  TFontData fd;
+  initializeAndConstructFontInfo(fd, resourceFile, path, openedForks);
+  UxString kind;
+  getMetaData_FontType(fd, styleHandle, styleIndex, &kind);
+  if (platform) *platform = "mac";
+  long status = 3;
+  bool finished = false;
+  if (fd.fontKind == kFontKindPostScript) {
+    status = CollectPSMetaData(fd.resourceFile, path, styleHandle, styleIndex, printerFilePath, &kind, foundry,
+                               family, version, postScriptName, styledName, fullName);
+    finished = status == 0 || status == 6;
+    // Otherwise the font is read as an sfnt; its kind string stays what it was.
+    if (!finished) fd.fontKind = kFontKindTrueType;
+  }
+  if (!finished) {
+    loadFontDataIntoMemory(fd, styleHandle, styleIndex);
+    if (!fd.data.data) {
+      status = 3;
+    } else {
+      if (fd.fontKind == kFontKindOpenTypeTT) kind = fontKindString(kFontKindOpenTypeTT);
+      bool gotNames = getMetaDataFromNamesTable(fd.font(), fd.resourceFile, styleHandle, styleIndex, foundry, family,
+                                                version, postScriptName, styledName, fullName, windowsFullName);
+      status = gotNames ? 0 : 3;
+      if (platform && !fd.isResourceFont && gotNames && !GetPlatformTTF(fd.font(), platform)) status = -1;
+      if (kerningChecksum) GetTrueTypeKerningTableChecksum(fd.font(), kerningChecksum);
+    }
+  }
+  if (family) trimTrailingSpaces(*family);
+  if (kindString) *kindString = kind;
+  freeFontInfo(fd);
+  return status;
+}
+
+}  // namespace typeprint
