@@ -67,6 +67,13 @@ TEST(ResourceMap, LooksUpByIndexTypeAndId) {
   EXPECT_EQ(copyOf(map->find(tag("FOND"), 128)->data()), Bytes(60, 2));
 }
 
+TEST(ResourceMap, TheChangedAttributeIsNeverTakenFromDisk) {
+  auto map = ResourceMap::read(ResourceForkBuilder().add("FOND", 1, {}, "", 0x22).build());
+  ASSERT_TRUE(map);
+  EXPECT_EQ(map->find(tag("FOND"), 1)->attributes, 0x20);
+  EXPECT_FALSE(map->changed());
+}
+
 TEST(ResourceMap, AMapWithNoTypesIsUsable) {
   auto map = ResourceMap::read(ResourceForkBuilder().build());
   ASSERT_TRUE(map);
