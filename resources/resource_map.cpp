@@ -107,7 +107,7 @@ bool ResourceMap::readTypes(BEReader map, BEReader data, BEReader names, size_t 
       entry->type = type;
       entry->id = refs.s16();
       uint16_t nameOffset = refs.u16();
-      entry->attributes = refs.u8();
+      entry->attributes = uint8_t(refs.u8() & ~kResChanged);  // meaningful in memory only
       uint32_t offset = refs.u24();
       refs.skip(4);
       auto bytes = readResourceData(data, offset);

@@ -73,13 +73,15 @@ TEST(AppleDouble, RejectsDamagedHeaders) {
 }
 
 TEST(AppleDouble, AcceptsVersionOneAndMissingEntries) {
-  auto v1 = readAppleFile(AppleDoubleBuilder::appleSingle().version(0x00010000).entry(1, Bytes(3, 1)).build());
+  const Bytes v1Bytes = AppleDoubleBuilder::appleSingle().version(0x00010000).entry(1, Bytes(3, 1)).build();
+  auto v1 = readAppleFile(v1Bytes);
   ASSERT_TRUE(v1);
   EXPECT_TRUE(v1->isAppleSingle());
   EXPECT_EQ(v1->fileType(), 0u);
   EXPECT_EQ(v1->entry(kAppleEntryResourceFork), nullptr);
   // A Finder info entry shorter than type and creator gives no codes.
-  auto shortInfo = readAppleFile(AppleDoubleBuilder::appleDouble().entry(9, Bytes{'F', 'F', 'I', 'L', 'D'}).build());
+  const Bytes shortBytes = AppleDoubleBuilder::appleDouble().entry(9, Bytes{'F', 'F', 'I', 'L', 'D'}).build();
+  auto shortInfo = readAppleFile(shortBytes);
   ASSERT_TRUE(shortInfo);
   EXPECT_EQ(shortInfo->fileType(), tag("FFIL"));
   EXPECT_EQ(shortInfo->fileCreator(), 0u);

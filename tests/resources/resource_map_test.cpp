@@ -67,8 +67,17 @@ TEST(ResourceMap, LooksUpByIndexTypeAndId) {
   EXPECT_EQ(copyOf(map->find(tag("FOND"), 128)->data()), Bytes(60, 2));
 }
 
+TEST(ResourceMap, TheChangedAttributeIsNeverTakenFromDisk) {
+  const Bytes fork = ResourceForkBuilder().add("FOND", 1, {}, "", 0x22).build();
+  auto map = ResourceMap::read(fork);
+  ASSERT_TRUE(map);
+  EXPECT_EQ(map->find(tag("FOND"), 1)->attributes, 0x20);
+  EXPECT_FALSE(map->changed());
+}
+
 TEST(ResourceMap, AMapWithNoTypesIsUsable) {
-  auto map = ResourceMap::read(ResourceForkBuilder().build());
+  const Bytes fork = ResourceForkBuilder().build();
+  auto map = ResourceMap::read(fork);
   ASSERT_TRUE(map);
   EXPECT_EQ(map->countTypes(), 0);
   EXPECT_EQ(map->count(tag("FOND")), 0);
@@ -175,7 +184,8 @@ TEST(ResourceMap, EditsAreWrittenAndReadBack) {
 }
 
 TEST(ResourceMap, WriterRefusesWhatTheFormatCannotHold) {
-  auto map = ResourceMap::read(ResourceForkBuilder().build());
+  const Bytes fork = ResourceForkBuilder().build();
+  auto map = ResourceMap::read(fork);
   ASSERT_TRUE(map);
   map->add(tag("sfnt"), 1, nullptr, Bytes(0x1000000, 0));
   EXPECT_TRUE(map->write());  // the second resource's offset is just past 16 MiB

@@ -14,9 +14,9 @@ import os
 import sys
 import zlib
 
-spec = importlib.util.spec_from_file_location("macdump", sys.argv[1])
-macdump = importlib.util.module_from_spec(spec)
-spec.loader.exec_module(macdump)
+loader_spec = importlib.util.spec_from_file_location("macdump", sys.argv[1])
+macdump = importlib.util.module_from_spec(loader_spec)
+loader_spec.loader.exec_module(macdump)
 
 here = os.path.dirname(os.path.abspath(__file__))
 skip_dirs = {".AppleDouble"}
