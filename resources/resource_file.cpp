@@ -1,5 +1,6 @@
 #include "resources/resource_file.h"
 
+#include <atomic>
 #include <set>
 
 #include "platform/linux/fork_writer.h"
@@ -12,12 +13,16 @@ constexpr int16_t kPrinterFontFirstPOST = 501;
 constexpr uint32_t kTyp1 = tag("typ1");
 
 FontActivationService gActivation;
-int16_t gLastRefNum = 0;
+std::atomic<int16_t> gLastRefNum{0};  // files may be opened on several threads at once
 
 // Reference numbers given to open maps: 1 and up, as the system's own file is 0.
 int16_t nextRefNum() {
-  gLastRefNum = gLastRefNum == INT16_MAX ? 1 : int16_t(gLastRefNum + 1);
-  return gLastRefNum;
+  int16_t last = gLastRefNum.load();
+  int16_t next;
+  do {
+    next = last == INT16_MAX ? 1 : int16_t(last + 1);
+  } while (!gLastRefNum.compare_exchange_weak(last, next));
+  return next;
 }
 
 TypeprintResourceFile* asFile(void* rf) { return static_cast<TypeprintResourceFile*>(rf); }
@@ -30,7 +35,15 @@ TypeprintResourceFile::TypeprintResourceFile(const std::string& path, bool readO
     : qsFile_(path), qsReadOnly_(readOnly) {}
 
 std::unique_ptr<TypeprintResourceFile> TypeprintResourceFile::initWithFile(const std::string& path, bool readOnly) {
+  std::optional<FileForks> forks = openForks(path);
+  if (!forks) return nullptr;
+  return initWithForks(path, *forks, readOnly);
+}
+
+std::unique_ptr<TypeprintResourceFile> TypeprintResourceFile::initWithForks(const std::string& path,
+                                                                          const FileForks& forks, bool readOnly) {
   std::unique_ptr<TypeprintResourceFile> rf(new TypeprintResourceFile(path, readOnly));
+  rf->forks_ = forks;
   rf->qsRefNum_ = rf->openFileForResourceAccess();
   if (rf->qsRefNum_ == kNotOpen) return nullptr;
   return rf;
@@ -39,9 +52,6 @@ std::unique_ptr<TypeprintResourceFile> TypeprintResourceFile::initWithFile(const
 // The resource fork's map first; when there is none (no fork, or no usable map in it), the
 // data fork read as a map, as a `.dfont` is. isDataFork is set whenever the data fork was tried.
 int16_t TypeprintResourceFile::openFileForResourceAccess() {
-  auto forks = openForks(qsFile_);
-  if (!forks) return kNotOpen;
-  forks_ = std::move(*forks);
   map_ = ResourceMap::read(forks_.resourceFork);
   if (!map_) {
     qsIsDataFork_ = true;
@@ -187,6 +197,11 @@ bool TypeprintResourceFile::updateResFile() {
 void* AllocateResourceFile(const char* path, bool readOnly) {
   if (!path) return nullptr;
   return TypeprintResourceFile::initWithFile(path, readOnly).release();
+}
+
+void* AllocateResourceFileFromForks(const char* path, const FileForks& forks, bool readOnly) {
+  if (!path) return nullptr;
+  return TypeprintResourceFile::initWithForks(path, forks, readOnly).release();
 }
 
 void FreeResourceFile(void* rf) { delete asFile(rf); }

@@ -42,6 +42,9 @@ class TypeprintResourceFile final : private HandleOwner {
   // Opens the resource map of `path`: the resource fork, or else the data fork. Null when
   // neither holds a usable map.
   static std::unique_ptr<TypeprintResourceFile> initWithFile(const std::string& path, bool readOnly);
+  // The same over forks the caller has already opened, so a file is mapped only once.
+  static std::unique_ptr<TypeprintResourceFile> initWithForks(const std::string& path, const FileForks& forks,
+                                                              bool readOnly);
   // Deactivates, writes changes back when the file was opened for writing, and frees every
   // handle the file still owns.
   ~TypeprintResourceFile();
@@ -120,6 +123,8 @@ class TypeprintResourceFile final : private HandleOwner {
 // Opens the resource map of the file at `path` (UTF-8); null when it has no usable one. The
 // caller frees it with FreeResourceFile.
 void* AllocateResourceFile(const char* path, bool readOnly);
+// The same over forks already opened for `path`.
+void* AllocateResourceFileFromForks(const char* path, const FileForks& forks, bool readOnly);
 void FreeResourceFile(void* rf);
 int countResType(void* rf, uint32_t type);
 // Resource `index` (from 1) of a type, or null. Valid while the file is open.
