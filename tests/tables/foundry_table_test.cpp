@@ -6,6 +6,7 @@
 #include <string>
 
 #include "foundation/be_reader.h"
+#include "platform/linux/data_location.h"
 #include "support/test_paths.h"
 #include "tables/foundry_table.h"
 
@@ -67,7 +68,7 @@ TEST(FoundryNameTable, DamagedFilesLeaveAnEmptyTable) {
     UxString found;
     EXPECT_FALSE(table.IsKnownCreatorCode(tag("ASPF"), &found));
     EXPECT_FALSE(table.ContainsKnownFoundryName("Copyright Adobe Systems", &found, nullptr));
-    EXPECT_EQ(found, "");
+    EXPECT_EQ(std::string(found), "");
     EXPECT_EQ(table.GetCanonicalFoundryName(tag("ASPF"), "adobe"), "--");
   }
 }
@@ -127,14 +128,14 @@ TEST(FoundryNameTable, CreatorCodeLookup) {
     SCOPED_TRACE(row.what);
     UxString foundry = row.before;
     EXPECT_EQ(table->IsKnownCreatorCode(row.code, &foundry), row.known);
-    EXPECT_EQ(foundry, row.after);
+    EXPECT_EQ(std::string(foundry), row.after);
   }
   EXPECT_TRUE(table->IsKnownCreatorCode(tag("ASPF"), nullptr));
 }
 
 TEST(FoundryNameTable, PatternLookup) {
   TableFile table(entry("Early default", "") + entry("Bitstream", "bitstream") + entry(nullptr, "bigelow") +
-                  entry("Capitals", "Monotype") + entry("Late default", "") + entry("B&H", "bigelow") +
+                  entry("Capitals", "Monotype") + entry("Late default", "") + entry("B&amp;H", "bigelow") +
                   entry("URW++", "urw") + entry("Trailing default", ""));
   const struct {
     const char* what;
@@ -155,8 +156,8 @@ TEST(FoundryNameTable, PatternLookup) {
     SCOPED_TRACE(row.what);
     UxString foundry, fallback;
     EXPECT_EQ(table->ContainsKnownFoundryName(row.text, &foundry, &fallback), row.found);
-    EXPECT_EQ(foundry, row.foundry);
-    EXPECT_EQ(fallback, row.fallback);
+    EXPECT_EQ(std::string(foundry), row.foundry);
+    EXPECT_EQ(std::string(fallback), row.fallback);
     EXPECT_EQ(table->ContainsKnownFoundryName(row.text, nullptr, nullptr), row.found);
   }
 }
@@ -182,3 +183,99 @@ TEST(FoundryNameTable, CanonicalName) {
     EXPECT_EQ(withoutDefault->GetCanonicalFoundryName(row.code, row.text), row.withoutDefault);
   }
 }
+
+// The foundry texts of fonts from Debian packages, as fontTools reads them (manufacturer name,
+// else copyright; Type 1: /Notice), with the foundry that made each font.
+TEST(FoundryNameTable, ShippedTableNamesTheMakersOfRealFonts) {
+  CFoundryNameTable table;
+  ASSERT_TRUE(table.LoadTable());
+  const struct {
+    const char* font;
+    const char* text;
+    const char* foundry;
+  } rows[] = {
+      {"DejaVuSans-Bold.ttf", "DejaVu fonts team", "DejaVu"},
+      {"DejaVuMathTeXGyre.ttf",
+       "Copyright (c) 2003 by Bitstream, Inc. All Rights Reserved. DejaVu changes are in public domain, math "
+       "extensions are in public domain.",
+       "DejaVu"},
+      {"C059-BdIta.pfb", "(URW)++,Copyright 2014 by (URW)++ Design & Development", "URW++"},
+      {"StandardSymbolsPS.otf", "URW Software, Copyright 2015 by URW", "URW++"},
+      {"Cantarell-Bold.otf",
+       "Copyright 2019 The Cantarell Project Authors (https://gitlab.gnome.org/GNOME/cantarell-fonts)",
+       "Cantarell Project"},
+      {"Inconsolata.otf",
+       "Created by Raph Levien using his own tools and FontForge. Copyright 2006 Raph Levien. Released under the "
+       "SIL Open Font License, http://scripts.sil.org",
+       "Raph Levien"},
+      {"VeraMono.ttf (fonts-bitstream-vera)", "Copyright (c) 2003 by Bitstream, Inc. All Rights Reserved.", "Bitstream"},
+      {"LiberationMono-Regular.ttf", "Ascender Corporation", "Ascender"},
+      {"NotoSans-Regular.ttf", "Monotype Imaging Inc.", "Monotype"},
+      {"texgyrepagella-regular.otf",
+       "Copyright 2006-2018 for TeX Gyre extensions by B. Jackowski, J.M. Nowacki, et al. (on behalf of TeX USERS "
+       "GROUPS).",
+       "GUST e-foundry"},
+      {"CharisSIL-Regular.ttf", "SIL International", "SIL International"},
+      {"FreeSerif.ttf copyright",
+       "Copyright 2002, 2003, 2005, 2008, 2009, 2010, 2012 GNU Freefont contributors.", "GNU FreeFont"},
+      {"Kinnari.otf",
+       "Copyright (C) 1999 Db Type. All Rights Reserved. Copyright (C) 2007 National Electronics and Computer "
+       "Technology Center.",
+       "Db Type"},
+      {"TlwgMono.ttf", "TLWG", "Thai Linux Working Group"},
+      {"ipag.ttf",
+       "Copyright(c) Information-technology Promotion Agency, Japan (IPA), 2003-2011.", "IPA"},
+      {"fonts-paratype", "ParaType Ltd", "ParaType"},
+      {"fonts-ubuntu", "Dalton Maag Ltd", "Dalton Maag"},
+      {"Hack-Regular.ttf", "Source Foundry", "Source Foundry"},
+      {"OpenSans-Regular.ttf", "Ascender Corporation", "Ascender"},
+      {"Lato-Regular.ttf", "tyPoland Lukasz Dziedzic", "Typoland"},
+      {"cmr10.ttf (fonts-lyx)",
+       "Copyright (C) 1994, Basil K. Malyshev. All Rights Reserved.012BaKoMa Fonts Collection, Level-B.", "BaKoMa"},
+      {"STIXGeneral.otf",
+       "Copyright (c) 2001-2011 by the STI Pub Companies, consisting of the American Chemical Society, the "
+       "American Institute of Physics, the American Mathematical Society",
+       "STIX Fonts Project"},
+      {"Adobe Type 1 notice", "Copyright (c) 1985, 1987, 1989, 1990 Adobe Systems Incorporated.", "Adobe"},
+      {"Linotype Type 1 notice", "Copyright (c) 1988 Linotype AG and/or its subsidiaries.", "Linotype"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.font);
+    UxString foundry;
+    EXPECT_TRUE(table.ContainsKnownFoundryName(row.text, &foundry, nullptr));
+    EXPECT_EQ(std::string(foundry), row.foundry);
+  }
+  UxString none;
+  EXPECT_FALSE(table.ContainsKnownFoundryName("Created by Keshikan with FontForge 2.0", &none, nullptr));
+  EXPECT_EQ(table.GetCanonicalFoundryName(tag("ASPF"), "Bitstream"), "Adobe");
+}
+
+// Every entry can match something and names its foundry; the table is not a sample.
+TEST(FoundryNameTable, ShippedTableIsWellFormed) {
+  const std::string text = test::readFile(std::string(TYPEPRINT_SOURCE_DIR) + "/data/FoundryNameTable.plist");
+  CFoundryNameTable table;
+  ASSERT_TRUE(table.LoadTable(std::string(TYPEPRINT_SOURCE_DIR) + "/data/FoundryNameTable.plist"));
+  // A pattern with a capital can never match the lower-cased text; the file is plain text, so
+  // the check reads it directly.
+  std::set<std::string> names;
+  size_t at = 0;
+  while ((at = text.find("<key>Pattern</key>", at)) != std::string::npos) {
+    size_t open = text.find("<string>", at) + 8, close = text.find("</string>", open);
+    const std::string pattern = text.substr(open, close - open);
+    SCOPED_TRACE(pattern);
+    EXPECT_FALSE(pattern.empty()) << "the shipped table has no default entry";
+    UxString lowered = pattern;
+    EXPECT_EQ(lowered.ToLower(), pattern);
+    at = close;
+  }
+  at = 0;
+  while ((at = text.find("<key>FoundryName</key>", at)) != std::string::npos) {
+    size_t open = text.find("<string>", at) + 8, close = text.find("</string>", open);
+    names.insert(text.substr(open, close - open));
+    at = close;
+  }
+  EXPECT_GE(names.size(), 150u);
+}
+
+}  // namespace
+}  // namespace typeprint
