@@ -12,10 +12,14 @@
 #include "api/font_specifier.h"
 #include "api/out_string.h"
 #include "style/style_scan.h"
+#include "tables/classification_table.h"
+#include "tables/foundry_table.h"
 #include "typeprint_version.h"
 
 #define TP_API extern "C" __attribute__((visibility("default")))
 
+using typeprint::CClassificationMappings;
+using typeprint::CFoundryNameTable;
 using typeprint::copyOutString;
 using typeprint::UxString;
 
@@ -204,12 +208,31 @@ TP_API TP_Status TP_GetFoundryName(TP_FontArray* array, uint32_t index, char* bu
   if (index >= array->count()) return TP_STATUS_RANGE;
   const TP_FontSpecifier face = array->at(index);
   if (!(face.attributes & TP_ATTR_FOUNDRY_NAME)) return TP_STATUS_NOT_COLLECTED;
-  copyOutString(face.foundryName, buffer, size);  // mapped through the foundry table once it exists
+  // Mac faces carry creator codes, which the legacy lookup prefers to the foundry text.
+  if (face.platform == "mac") return TP_GetLegacyFoundryName(array, index, buffer, size);
+  UxString foundry;
+  if (!CFoundryNameTable::GetSharedFoundryNameTable().ContainsKnownFoundryName(face.foundryName, &foundry, nullptr))
+    foundry = CFoundryNameTable::kUnknownFoundry;
+  copyOutString(foundry, buffer, size);
   return TP_STATUS_OK;
 }
 
 TP_API TP_Status TP_GetLegacyFoundryName(TP_FontArray* array, uint32_t index, char* buffer, int32_t size) {
-  return getString(array, index, buffer, size, TP_ATTR_FOUNDRY_NAME, &TP_FontSpecifier::foundryName);
+  if (!array || !buffer) return TP_STATUS_FAILED;
+  if (index >= array->count()) return TP_STATUS_RANGE;
+  const TP_FontSpecifier face = array->at(index);
+  if (!(face.attributes & TP_ATTR_FOUNDRY_NAME)) return TP_STATUS_NOT_COLLECTED;
+  const CFoundryNameTable& table = CFoundryNameTable::GetSharedFoundryNameTable();
+  UxString foundry;
+  // A creator code that tools stamped on everyone's fonts is trusted less than the text.
+  if (table.IsQuestionableCreatorCode(face.fileCreator) || table.IsQuestionableCreatorCode(face.outlineFileCreator)) {
+    if (!table.ContainsKnownFoundryName(face.foundryName, &foundry, nullptr)) foundry.clear();
+  }
+  if (foundry.empty() && !table.IsKnownCreatorCode(face.fileCreator, &foundry) &&
+      !table.IsKnownCreatorCode(face.outlineFileCreator, &foundry))
+    foundry = table.GetCanonicalFoundryName(face.outlineFileCreator, face.foundryName);
+  copyOutString(foundry, buffer, size);
+  return TP_STATUS_OK;
 }
 
 TP_API TP_Status TP_GetOutlineFileSize(TP_FontArray* array, uint32_t index, uint32_t* value) {
@@ -242,9 +265,14 @@ TP_API TP_Status TP_GetStyles(const char* nameA, const char* nameB, uint32_t max
   return TP_STATUS_OK;
 }
 
-TP_API TP_Status TP_GetClassificationFromFamily(const char* family, const char*, char* buffer, int32_t size) {
+TP_API TP_Status TP_GetClassificationFromFamily(const char* family, const char* otherFamily, char* buffer,
+                                                int32_t size) {
   if (!family || !buffer) return TP_STATUS_FAILED;
-  copyOutString("", buffer, size);  // no mappings are loaded yet
+  const CClassificationMappings& mappings = CClassificationMappings::GetSharedClassificationMappings();
+  UxString classification = mappings.GetClassNameFromFontFamily(family);
+  if (classification == CClassificationMappings::GetUnknownClassificationName() && otherFamily)
+    classification = mappings.GetClassNameFromFontFamily(otherFamily);
+  copyOutString(classification, buffer, size);
   return TP_STATUS_OK;
 }
 

@@ -1,0 +1,57 @@
+// Lookups in the shipped foundry and classification tables, as the getters make them once per face.
+#include <benchmark/benchmark.h>
+
+#include "tables/classification_table.h"
+#include "tables/foundry_table.h"
+
+namespace {
+
+using typeprint::CClassificationMappings;
+using typeprint::CFoundryNameTable;
+using typeprint::UxString;
+
+// A text that names no foundry walks the whole table: the slowest case.
+void BM_FoundryPatternMiss(benchmark::State& state) {
+  const CFoundryNameTable& table = CFoundryNameTable::GetSharedFoundryNameTable();
+  const UxString text = "Copyright (c) 2011, Somebody Unknown (somebody@example.org), with Reserved Font Name Foo.";
+  for (auto _ : state) {
+    UxString foundry;
+    benchmark::DoNotOptimize(table.ContainsKnownFoundryName(text, &foundry, nullptr));
+  }
+}
+BENCHMARK(BM_FoundryPatternMiss);
+
+void BM_FoundryPatternEarlyHit(benchmark::State& state) {
+  const CFoundryNameTable& table = CFoundryNameTable::GetSharedFoundryNameTable();
+  const UxString text = "DejaVu fonts team";
+  for (auto _ : state) {
+    UxString foundry;
+    benchmark::DoNotOptimize(table.ContainsKnownFoundryName(text, &foundry, nullptr));
+  }
+}
+BENCHMARK(BM_FoundryPatternEarlyHit);
+
+void BM_ClassificationLookup(benchmark::State& state) {
+  const CClassificationMappings& mappings = CClassificationMappings::GetSharedClassificationMappings();
+  const UxString family = "DejaVu Sans Mono";
+  for (auto _ : state) benchmark::DoNotOptimize(mappings.GetClassNameFromFontFamily(family));
+}
+BENCHMARK(BM_ClassificationLookup);
+
+void BM_LoadFoundryTable(benchmark::State& state) {
+  for (auto _ : state) {
+    CFoundryNameTable table;
+    benchmark::DoNotOptimize(table.LoadTable());
+  }
+}
+BENCHMARK(BM_LoadFoundryTable);
+
+void BM_LoadClassifications(benchmark::State& state) {
+  for (auto _ : state) {
+    CClassificationMappings mappings;
+    benchmark::DoNotOptimize(mappings.LoadMappings());
+  }
+}
+BENCHMARK(BM_LoadClassifications);
+
+}  // namespace
