@@ -1,6 +1,5 @@
 // The question the Type 1 header reader asks of the foundry name table: does a text contain a
-// known foundry name? The table lives elsewhere; it installs its answer here, and until it does
-// no text names a known foundry.
+// known foundry name? By default the shared foundry table answers; tests may install their own.
 #pragma once
 
 #include "foundation/ux_string.h"
@@ -9,7 +8,7 @@ namespace typeprint {
 
 using FoundryNameTest = bool (*)(const UxString& text);
 
-// Installs the test; null restores the default that finds nothing.
+// Installs a test in place of the shared foundry table; null restores the table.
 void setFoundryNameTest(FoundryNameTest test);
 
 // True when `text` contains a known foundry name.
