@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
-# Installs missing dependencies, builds, and runs the whole test suite.
+# Installs missing dependencies, builds, and runs the whole test suite; then runs it again under
+# the sanitizers and fuzzes every parser (scripts/sanitizer-checks.sh).
 set -euo pipefail
 cd "$(dirname "$0")"
 ./scripts/build.sh
-cd build && ctest --output-on-failure -j "$(nproc)"
+ctest --test-dir build --output-on-failure -j "$(nproc)"
+./scripts/sanitizer-checks.sh
