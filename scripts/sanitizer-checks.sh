@@ -10,7 +10,7 @@ echo "== AddressSanitizer + UndefinedBehaviorSanitizer"
 [ -f build-asan/CMakeCache.txt ] || cmake --preset asan >/dev/null
 cmake --build build-asan -j "$jobs" >/dev/null
 ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
-  ctest --test-dir build-asan --output-on-failure -j "$jobs"
+  ctest --test-dir build-asan --output-on-failure -j "$jobs" --label-exclude packaging
 
 echo "== ThreadSanitizer (creation and shared tables from several threads)"
 [ -f build-tsan/CMakeCache.txt ] || cmake --preset tsan >/dev/null
