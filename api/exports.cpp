@@ -4,10 +4,12 @@
 
 #include <algorithm>
 #include <climits>
+#include <memory>
 #include <vector>
 
 #include "analysis/name_table.h"
 #include "analysis/type1_header.h"
+#include "api/create_specifier.h"
 #include "api/exchange_formats.h"
 #include "api/font_specifier.h"
 #include "api/out_string.h"
@@ -88,9 +90,12 @@ TP_API TP_Status TP_SpecifierFree(TP_FontArray* array) {
   return TP_STATUS_OK;
 }
 
-TP_API TP_Status TP_CreateSpecifier(const char* path, uint32_t, uint32_t, TP_FontArray** out) {
+TP_API TP_Status TP_CreateSpecifier(const char* path, uint32_t, uint32_t mask, TP_FontArray** out) {
   if (!path || !out) return TP_STATUS_FAILED;
-  return TP_STATUS_FAILED;  // no face is found until font analysis is wired in
+  auto array = std::make_unique<TP_FontArray>();
+  if (!typeprint::createSpecifiers(path, mask, *array)) return TP_STATUS_FAILED;
+  *out = array.release();
+  return TP_STATUS_OK;
 }
 
 TP_API TP_Status TP_CreateSpecifierFromXML(const char* xml, TP_FontArray** out) {

@@ -96,7 +96,7 @@ uint32_t ChecksumNFNTsfntFONT(void* rf, Handle fond, short style, uint32_t crc) 
 }
 
 uint32_t GetLanternChecksum(const UxString& path, void* rf, Handle fond, short style, bool useDataFork,
-                            uint32_t& chained) {
+                            uint32_t& chained, const FileForks* openedForks) {
   chained = 0;
   uint32_t kerning = 0;
   walkKerningEntries(fond, style, [&](ByteSpan, ByteSpan pairs) { kerning = CChecksum::icrc(pairs, kerning); });
@@ -108,7 +108,10 @@ uint32_t GetLanternChecksum(const UxString& path, void* rf, Handle fond, short s
   }
   if (crc != kerning && !useDataFork) return crc;
   uint32_t fileCrc = kerning, dataForkCrc = 0;
-  if (!CChecksum::CalculateFileChecksum(path, &fileCrc, useDataFork ? &dataForkCrc : nullptr)) return crc;
+  uint32_t* dataForkOut = useDataFork ? &dataForkCrc : nullptr;
+  const bool summed = openedForks ? CChecksum::CalculateFileChecksum(openedForks, &fileCrc, dataForkOut)
+                                  : CChecksum::CalculateFileChecksum(path, &fileCrc, dataForkOut);
+  if (!summed) return crc;
   chained = fileCrc;
   return useDataFork ? dataForkCrc : fileCrc;
 }

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "foundation/ux_string.h"
+#include "platform/linux/fork_locator.h"
 #include "resources/handle.h"
 
 namespace typeprint {
@@ -26,7 +27,8 @@ uint32_t ChecksumNFNTsfntFONT(void* rf, Handle fond, short style, uint32_t crc);
 // The face checksum of a face of the resource-fork font file at `path`; `chained` receives the
 // legacy checksum. With useDataFork (cross-platform faces) the result is the CRC of the file's
 // data fork whenever the whole-file CRC can be taken.
+// `openedForks`, when given, are the forks of `path` already mapped, so the file is not read again.
 uint32_t GetLanternChecksum(const UxString& path, void* rf, Handle fond, short style, bool useDataFork,
-                            uint32_t& chained);
+                            uint32_t& chained, const FileForks* openedForks = nullptr);
 
 }  // namespace typeprint

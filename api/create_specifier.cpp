@@ -1,0 +1,155 @@
+#include "api/create_specifier.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "analysis/checksums.h"
+#include "analysis/font_data.h"
+#include "analysis/name_table.h"
+#include "analysis/sfnt_directory.h"
+#include "analysis/ttc_split.h"
+#include "foundation/file_system.h"
+#include "platform/linux/fork_locator.h"
+#include "resources/families.h"
+#include "resources/resource_checksums.h"
+#include "resources/resource_file.h"
+#include "typeprint.h"
+
+namespace typeprint {
+namespace {
+
+constexpr short kExtensionTTC = 4;
+const char kCollectionKind[] = "TrueType Collection";
+
+// The record's field when its attribute was asked for, else null: the analysis skips it.
+template <typename T>
+T* wanted(uint32_t mask, uint32_t bit, T& field) {
+  return (mask & bit) ? &field : nullptr;
+}
+
+// Each face of a collection is read where it lies in the collection: its rebuilt directory is
+// made in memory and its tables are not copied. Nothing is written to disk.
+bool walkCollection(const char* path, uint32_t mask, TP_FontArray& array) {
+  TrueTypeCollectionFont collection{std::string(path)};
+  bool found = false;
+  const unsigned int faces = collection.faceCount();
+  for (unsigned int i = 0; i < faces; ++i) {
+    TTCFace face;
+    if (collection.GetFaceLayout(i, face) != 0) continue;
+    TP_FontSpecifier record;
+    record.kindName = kCollectionKind;
+    if (!getMetaDataFromNamesTable(face, nullptr, nullptr, 0, wanted(mask, TP_ATTR_FOUNDRY_NAME, record.foundryName),
+                                   wanted(mask, TP_ATTR_FAMILY_NAME, record.familyName),
+                                   wanted(mask, TP_ATTR_VERSION, record.version),
+                                   wanted(mask, TP_ATTR_POSTSCRIPT_NAME, record.postScriptName),
+                                   wanted(mask, TP_ATTR_DISPLAY_NAME, record.displayName),
+                                   wanted(mask, TP_ATTR_FULL_NAME, record.fullName),
+                                   wanted(mask, TP_ATTR_WINDOWS_FULL_NAME, record.windowsFullName)))
+      continue;
+    if (mask & TP_ATTR_KERNING_CHECKSUM) GetTrueTypeKerningTableChecksum(face, &record.kerningChecksum);
+    if (!GetPlatformTTF(face, &record.platform)) continue;  // decided whatever the mask says
+    record.typeprintChecksum = face.crc();  // the CRC of the rebuilt face, from 0
+    record.attributes = mask;
+    array.append(record);
+    found = true;
+  }
+  return found;
+}
+
+struct ResourceFileCloser {
+  void operator()(void* rf) const { FreeResourceFile(rf); }
+};
+
+// The working state of one resource walk. The type and creator carry over from face to face:
+// every face after one with a valid outline file reports that file's codes as its own.
+struct ResourceWalk {
+  const char* path;
+  uint32_t mask;
+  const FileForks& forks;
+  void* rf;
+  uint32_t curType;
+  uint32_t curCreator;
+};
+
+// One face (family `fond`, style index `s`) of a resource walk; true when it was accepted.
+bool collectFace(ResourceWalk& walk, Handle fond, int s, int16_t& firstRes, TP_FontArray& array) {
+  const uint32_t mask = walk.mask;
+  const bool hasFamily = fond && GetHandleSize(fond) > 0;
+  int16_t style = 0;
+  uint32_t reserve = 0;
+  if (hasFamily) {
+    style = getStyleFromStyleIndex(walk.rf, fond, s);
+    firstRes = getFirstResourceIDFromHandleAndStyle(walk.rf, fond, style);
+    reserve = GetBastionChecksum(fond, style);
+  }
+  TP_FontSpecifier record;
+  record.fileCreator = walk.curCreator;
+  record.fileType = walk.curType;
+  const long status = CollectMetaData(
+      walk.rf, walk.path, fond, style, &record.outlineFilePath, wanted(mask, TP_ATTR_KIND_NAME, record.kindName),
+      wanted(mask, TP_ATTR_PLATFORM, record.platform), wanted(mask, TP_ATTR_FOUNDRY_NAME, record.foundryName),
+      wanted(mask, TP_ATTR_FAMILY_NAME, record.familyName), wanted(mask, TP_ATTR_VERSION, record.version),
+      wanted(mask, TP_ATTR_POSTSCRIPT_NAME, record.postScriptName),
+      wanted(mask, TP_ATTR_DISPLAY_NAME, record.displayName), wanted(mask, TP_ATTR_FULL_NAME, record.fullName),
+      wanted(mask, TP_ATTR_WINDOWS_FULL_NAME, record.windowsFullName),
+      wanted(mask, TP_ATTR_KERNING_CHECKSUM, record.kerningChecksum), &walk.forks);
+  if (status != 0 && status != 6) return false;  // 6: the printer file is missing, still a face
+
+  record.style = style;
+  record.firstFontResID = firstRes;
+  record.kerningChecksum = reserve;  // the family's kerning, 0 without a family
+  uint32_t legacy = 0;
+  record.typeprintChecksum =
+      GetLanternChecksum(walk.path, walk.rf, fond, style, record.platform == "crossplatform", legacy, &walk.forks);
+  record.legacyChecksum = legacy;
+  int16_t fondID = 0;
+  if (hasFamily && GetResInfo(fond, &fondID, nullptr, nullptr)) record.fondResID = fondID;
+
+  if (!record.outlineFilePath.empty()) {
+    UxFileSpecification outline(record.outlineFilePath);
+    if (UxFileSystem::IsValidFile(outline)) {
+      record.outlineFileSize = uint32_t(UxFileSystem::GetFileSize(outline));
+      outline.MacGetTypeAndCreator(walk.curType, walk.curCreator);
+      record.outlineFileCreator = walk.curCreator;
+      record.outlineFileType = walk.curType;
+    }
+  } else {
+    record.outlineFileSize = uint32_t(walk.forks.finderSize());
+  }
+  record.attributes = mask;
+  array.append(record);
+  return true;
+}
+
+// Every family and each of its distinct styles; a file without families is walked once as a
+// single face.
+bool walkResourceFile(const char* path, uint32_t mask, TP_FontArray& array) {
+  std::optional<FileForks> forks = openForks(path);
+  if (!forks) return false;
+  std::unique_ptr<void, ResourceFileCloser> rf(AllocateResourceFileFromForks(path, *forks, true));
+  ResourceWalk walk{path, mask, *forks, rf.get(), forks->type, forks->creator};
+  bool found = false;
+  const int16_t families = int16_t(countResType(walk.rf, kTypeFOND));
+  const int familyRounds = families == 0 ? 1 : families;
+  for (int f = 1; f <= familyRounds; ++f) {
+    Handle fond = getHandleOfTypeAndIndex(walk.rf, kTypeFOND, f);
+    const int16_t styles = getCountOfUniqueStyles(walk.rf, fond);
+    const int styleRounds = styles == 0 ? 1 : styles;
+    int16_t firstRes = -1;  // kept from style to style when the family has no data
+    for (int s = 0; s < styleRounds; ++s) found |= collectFace(walk, fond, s, firstRes, array);
+    ReleaseResource(fond);
+  }
+  return found;
+}
+
+}  // namespace
+
+bool createSpecifiers(const char* path, uint32_t mask, TP_FontArray& array) {
+  const bool found = fontTypeFromExtension(path) == kExtensionTTC ? walkCollection(path, mask, array)
+                                                                  : walkResourceFile(path, mask, array);
+  if (found) array.RemoveDups();
+  return found;
+}
+
+}  // namespace typeprint
