@@ -120,6 +120,60 @@ TEST(CreateSpecifier, CollectionsGiveOneRecordPerFace) {
   }
 }
 
+// Mac families. Checksums computed with fontTools' resource reader and Python's zlib: the CRC of
+// the style's kerning pairs, continued over the printer file's POST resources (PostScript faces)
+// or the style's sfnt resource (TrueType faces); kerning checksums as byte sums of the style's
+// kerning entries.
+struct MacFace {
+  const char* postScriptName;
+  int16_t style;
+  uint32_t crc, kerning, outlineSize;
+  const char* printerFile;
+};
+
+void expectMacFamily(const std::string& path, const char* kind, int16_t fondID, const std::vector<MacFace>& faces) {
+  SCOPED_TRACE(path);
+  ArrayHolder h;
+  ASSERT_EQ(TP_CreateSpecifier(path.c_str(), 0, TP_ATTR_ALL, &h.array), TP_STATUS_OK);
+  uint32_t count = 0;
+  TP_GetFontCount(h.array, &count);
+  ASSERT_EQ(count, faces.size());
+  const std::string folder = path.substr(0, path.rfind('/') + 1);
+  for (const MacFace& face : faces) {
+    SCOPED_TRACE(face.postScriptName);
+    uint32_t i = 99;
+    ASSERT_EQ(TP_GetFontIndexForFONDResourceID(h.array, fondID, face.style, &i), TP_STATUS_OK);
+    EXPECT_EQ(stringAttribute(TP_GetKindName, h.array, i), kind);
+    EXPECT_EQ(stringAttribute(TP_GetPostScriptName, h.array, i), face.postScriptName);
+    EXPECT_EQ(stringAttribute(TP_GetPlatform, h.array, i), "mac");
+    EXPECT_EQ(numberAttribute(TP_GetTypeprintChecksum, h.array, i), face.crc);
+    EXPECT_EQ(numberAttribute(TP_GetLegacyTypeprintChecksum, h.array, i), face.crc);
+    EXPECT_EQ(numberAttribute(TP_GetKerningChecksum, h.array, i), face.kerning);
+    EXPECT_EQ(numberAttribute(TP_GetOutlineFileSize, h.array, i), face.outlineSize);
+    EXPECT_EQ(stringAttribute(TP_GetPrinterFont, h.array, i), *face.printerFile ? folder + face.printerFile : "");
+  }
+}
+
+TEST(CreateSpecifier, PostScriptFamilyFindsItsPrinterFiles) {
+  const std::vector<MacFace> faces = {
+      {"NimbusSans-Regular", 0, 0xA3D01D2B, 0x000129FD, 5807, "NimbuSanReg"},
+      {"NimbusSans-Bold", 1, 0x731D575A, 0x00013ED0, 6080, "NimbuSanBol"},
+      {"NimbusSans-Italic", 2, 0x20929F59, 0x00013AC7, 11013, "NimbuSanIta"},
+      {"NimbusSans-BoldItalic", 3, 0x8F800AB9, 0x00012ABE, 6443, "NimbuSanBolIta"},
+  };
+  for (const char* form : {"macbinary", "appledouble"})
+    expectMacFamily(fontPath(std::string("mac/c-type1-family/") + form + "/NimbusSans"), "PostScript", 7260, faces);
+}
+
+TEST(CreateSpecifier, DataForkSuitcaseInEveryWrapping) {
+  const std::vector<MacFace> faces = {
+      {"DejaVuSans", 0, 0xC8875654, 0x000043BD, 48369, ""},
+      {"DejaVuSans-Bold", 1, 0x49D0B498, 0x00002993, 48369, ""},
+  };
+  expectMacFamily(fontPath("mac/a-dfont/DejaVuSans.dfont"), "TrueType", 13490, faces);
+  expectMacFamily(fontPath("mac/a-dfont/DejaVuSans.dfont.bin"), "TrueType", 13490, faces);
+}
+
 TEST(CreateSpecifier, MaskDecidesWhatIsCollected) {
   ArrayHolder h;
   const uint32_t mask = TP_ATTR_KIND_NAME | TP_ATTR_CHECKSUM;
