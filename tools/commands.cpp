@@ -6,12 +6,14 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <iostream>
 #include <map>
 #include <mutex>
 #include <set>
 #include <thread>
 
+#include "analysis/ttc_split.h"
 #include "tools/face_report.h"
 #include "tools/file_walk.h"
 #include "typeprint.h"
@@ -275,6 +277,25 @@ int duplicatesCommand(const std::vector<std::string>& args) {
   std::printf("\n%zu duplicate groups, %zu conflicts\n", groups, conflicts);
   size_t failures = 0, skipped = 0;
   return reportFailures(reports, unreadable, &failures, &skipped) ? 1 : 0;
+}
+
+int splitCommand(const std::vector<std::string>& args) {
+  if (args.size() != 2) return usageError("split needs FILE.ttc OUTDIR");
+  std::error_code ec;
+  if (!std::filesystem::is_directory(args[1], ec)) {
+    std::fprintf(stderr, "typeprint: %s: not a folder\n", args[1].c_str());
+    return 1;
+  }
+  std::vector<std::string> written;
+  const int status = TrueTypeCollectionFont::SeparateTTCFonts(args[0], args[1], written);
+  for (const std::string& path : written) std::printf("%s\n", path.c_str());
+  if (status != kTTCSuccess || written.empty()) {
+    std::fprintf(stderr, "typeprint: %s: %s\n", args[0].c_str(),
+                 status == kTTCNotCollection || written.empty() ? "not a TrueType collection"
+                                                                : "damaged or unreadable collection");
+    return 1;
+  }
+  return 0;
 }
 
 int stylesCommand(const std::vector<std::string>& args) {

@@ -9,6 +9,7 @@ namespace typeprint::cli {
 int identifyCommand(const std::vector<std::string>& args);
 int scanCommand(const std::vector<std::string>& args);
 int duplicatesCommand(const std::vector<std::string>& args);
+int splitCommand(const std::vector<std::string>& args);
 int stylesCommand(const std::vector<std::string>& args);
 int classifyCommand(const std::vector<std::string>& args);
 

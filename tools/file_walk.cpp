@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "platform/linux/fork_locator.h"
+#include "resources/resource_file.h"
 
 namespace typeprint::cli {
 namespace fs = std::filesystem;
@@ -56,11 +57,16 @@ std::vector<std::string> collectFiles(const std::vector<std::string>& paths, std
 bool looksLikeIdentifiableFont(const std::string& path) {
   std::optional<FileForks> forks = openForks(path);
   if (!forks) return true;  // unreadable
-  if (!forks->resourceFork.empty()) return true;
+  // A resource file is a font of its own when it holds families or outlines; a printer file
+  // (POST resources only) is read through the suitcase that names it.
+  if (void* rf = AllocateResourceFileFromForks(path.c_str(), *forks, true)) {
+    const bool suitcase = FileHasFONDsInResourceFork(rf) || countResType(rf, kTypeSfnt) > 0;
+    FreeResourceFile(rf);
+    return suitcase;
+  }
   BEReader r(forks->dataFork);
   const uint32_t magic = r.u32();
-  return magic == 0x00010000 || magic == tag("OTTO") || magic == tag("true") || magic == tag("ttcf") ||
-         magic == 0x00000100;  // a data-fork resource map (.dfont) starts with its data offset, 256
+  return magic == 0x00010000 || magic == tag("OTTO") || magic == tag("true") || magic == tag("ttcf");
 }
 
 }  // namespace typeprint::cli

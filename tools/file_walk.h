@@ -15,8 +15,8 @@ std::vector<std::string> defaultFontFolders();
 std::vector<std::string> collectFiles(const std::vector<std::string>& paths, std::vector<std::string>* unreadable);
 
 // Whether a file that gave no face looks like a font the library should have read (an sfnt, a
-// collection, a resource-fork font): then it counts as damaged. Other files are not fonts, or
-// formats that are identified only through their Mac or metrics companions.
+// collection, a suitcase): then it counts as damaged. Other files are not fonts, or formats that
+// are identified only through their suitcases (printer files) or metrics companions (.pfb).
 bool looksLikeIdentifiableFont(const std::string& path);
 
 }  // namespace typeprint::cli

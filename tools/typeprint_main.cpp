@@ -18,6 +18,7 @@ const char kHelp[] =
     "      identify every font file under the folders (default: the system and user font folders)\n"
     "  duplicates [--jobs N] [PATH...]\n"
     "      faces that are the same font, and faces that share a PostScript name but differ\n"
+    "  split FILE.ttc OUTDIR        write each face of a collection as its own .ttf file\n"
     "  styles NAME [NAME2]          the built-in styles that a font's names express\n"
     "  classify FAMILY [FAMILY2]    the classification of a family\n"
     "\n"
@@ -37,6 +38,7 @@ int main(int argc, char** argv) {
   if (command == "identify") return identifyCommand(args);
   if (command == "scan") return scanCommand(args);
   if (command == "duplicates") return duplicatesCommand(args);
+  if (command == "split") return splitCommand(args);
   if (command == "styles") return stylesCommand(args);
   if (command == "classify") return classifyCommand(args);
   std::fprintf(stderr, "typeprint: unknown command '%s' (see typeprint --help)\n", command.c_str());
