@@ -79,6 +79,15 @@ bool CFoundryNameTable::IsKnownCreatorCode(uint32_t code, UxString* foundry) con
 bool CFoundryNameTable::ContainsKnownFoundryName(const UxString& text, UxString* foundry,
                                                  UxString* defaultFoundry) const {
   if (!table_) return false;
+  // A canonical name stands for its foundry as it is: the exchange forms carry canonical names,
+  // and reading one back must give the same foundry, however short the name.
+  for (const PlistValue& entry : table_->asArray()) {
+    const std::string* name = stringValue(entry, "FoundryName");
+    if (name && !name->empty() && UxString(*name) == text) {
+      if (foundry) *foundry = *name;
+      return true;
+    }
+  }
   UxString lowered = text;
   lowered.ToLower();
   for (const PlistValue& entry : table_->asArray()) {

@@ -7,6 +7,7 @@
 
 #include "foundation/be_reader.h"
 #include "platform/linux/data_location.h"
+#include "platform/linux/plist_io.h"
 #include "support/test_paths.h"
 #include "tables/foundry_table.h"
 
@@ -275,6 +276,19 @@ TEST(FoundryNameTable, ShippedTableIsWellFormed) {
     at = close;
   }
   EXPECT_GE(names.size(), 150u);
+  // Every canonical name reads back as itself, so foundries survive the exchange forms.
+  std::optional<PlistValue> root =
+      parsePropertyList(ByteSpan(reinterpret_cast<const uint8_t*>(text.data()), text.size()));
+  ASSERT_TRUE(root && root->is(PlistValue::Type::Array));
+  for (const PlistValue& entry : root->asArray()) {
+    const PlistValue* value = entry.find("FoundryName");
+    if (!value) continue;
+    const std::string& name = value->asString();
+    SCOPED_TRACE(name);
+    UxString found;
+    EXPECT_TRUE(table.ContainsKnownFoundryName(name, &found, nullptr));
+    EXPECT_EQ(std::string(found), name);
+  }
 }
 
 }  // namespace
