@@ -47,10 +47,8 @@ Bytes post(uint8_t segment, const std::string& text, size_t size = 0) {
 
 // A bitmap-only family "Sample" whose plain face is Sample-One (printer file SamplOne).
 Bytes sampleFamily(const std::string& familyName = "Sample", int16_t familyID = 300) {
-  return ResourceForkBuilder()
-      .add("FOND", familyID, FondBuilder().familyID(familyID).postScriptNames("Sample", {{0, "-One"}}).entry(12, 0, 1).build(),
-           familyName)
-      .build();
+  const Bytes fond = FondBuilder().familyID(familyID).postScriptNames("Sample", {{0, "-One"}}).entry(12, 0, 1).build();
+  return ResourceForkBuilder().add("FOND", familyID, fond, familyName).build();
 }
 
 TEST(ResourceMetadata, FixtureFacesReadTheirPrinterFiles) {
@@ -170,8 +168,8 @@ TEST(ResourceMetadata, KindsOfMultipleMasterAndDoubleByteFamilies) {
   const auto family = [](int16_t id, const std::string& name, std::vector<std::pair<const char*, Bytes>> extra,
                          int16_t pointSize) {
     ResourceForkBuilder fork;
-    fork.add("FOND", id, FondBuilder().familyID(id).postScriptNames("Sample", {{0, "-One"}}).entry(pointSize, 0, 500).build(),
-             name);
+    fork.add("FOND", id,
+             FondBuilder().familyID(id).postScriptNames("Sample", {{0, "-One"}}).entry(pointSize, 0, 500).build(), name);
     for (auto& [type, bytes] : extra) fork.add(type == std::string("sfnt") ? "sfnt" : "NFNT", 500, bytes);
     return fork.build();
   };
