@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "builders/fond_builder.h"
+#include "analysis/font_data.h"
 #include "builders/resource_fork_builder.h"
 #include "resources/resource_metadata.h"
 #include "support/mac_fixtures.h"
@@ -238,6 +239,31 @@ TEST(ResourceMetadata, HeadersFromDataForks) {
   }
   EXPECT_EQ(CollectPSMetaDataFromFile("x", nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr),
             kPSMetaDataNothingToDo);
+}
+
+TEST(ResourceMetadata, WholeAnalysisOfFixtureFaces) {
+  // Kinds and names from the fixture README: bitmap faces read their LWFN, outline faces their sfnt.
+  const struct { const char* path; short style; const char* kind; const char* psName; const char* printer; } rows[] = {
+      {"c-type1-family/macbinary/NimbusSans", 1, "PostScript", "NimbusSans-Bold", "NimbuSanBol"},
+      {"c-type1-family/appledouble/NimbusSans", 3, "PostScript", "NimbusSans-BoldItalic", "NimbuSanBolIta"},
+      {"b-suitcase-truetype/appledouble/DejaVuSans", 1, "TrueType", "DejaVuSans-Bold", ""},
+      {"a-dfont/NimbusSans-CFF.dfont", 0, "OpenType - PS", "NimbusSans-Regular", ""},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.path);
+    const std::string path = test::macFixture(row.path);
+    auto rf = test::openResourceFile(path);
+    ASSERT_TRUE(rf);
+    Handle fond = getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1);
+    UxString printer, kind, psName;
+    EXPECT_EQ(CollectMetaData(rf.get(), path, fond, row.style, &printer, &kind, nullptr, nullptr, nullptr, nullptr,
+                              &psName, nullptr, nullptr, nullptr, nullptr),
+              0);
+    EXPECT_EQ(kind, row.kind);
+    EXPECT_EQ(psName, row.psName);
+    const std::string folder = path.substr(0, path.rfind('/') + 1);
+    EXPECT_EQ(printer, *row.printer ? folder + row.printer : std::string());
+  }
 }
 
 TEST(ResourceMetadata, OutlineResourcesReadAsHeaders) {
