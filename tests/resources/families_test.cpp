@@ -195,8 +195,8 @@ TEST(Families, FamilyNamesDecodeAsMacRomanOrMacJapanese) {
   };
   const auto bitmaps = [](bool withFONT) {
     ResourceForkBuilder fork;
-    fork.add("FOND", 16400, FondBuilder().familyID(16400).postScriptNames("Name", {}).entry(12, 0, 7).entry(10, 0, 8).build(),
-             "\x83\x65\x83\x58\x83\x67");
+    const Bytes fond = FondBuilder().familyID(16400).postScriptNames("Name", {}).entry(12, 0, 7).entry(10, 0, 8).build();
+    fork.add("FOND", 16400, fond, "\x83\x65\x83\x58\x83\x67");
     if (withFONT) fork.add("FONT", 8, Bytes(26));
     return fork.build();
   };

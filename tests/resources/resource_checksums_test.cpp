@@ -89,7 +89,9 @@ TEST(ResourceChecksums, BitmapsCountOnlyWhenTheCrcIsStillZero) {
     FondBuilder fond;
     fond.postScriptNames("Sample", {{0, "-One"}}).entry(12, 0, 7);
     if (kerning) fond.kerning(0, 2);
-    return ResourceForkBuilder().add("FOND", 300, fond.build()).add("NFNT", 7, nfnt).add("FONT", 7, Bytes{1, 2}).build();
+    ResourceForkBuilder fork;
+    fork.add("FOND", 300, fond.build()).add("NFNT", 7, nfnt).add("FONT", 7, Bytes{1, 2});
+    return fork.build();
   };
   for (bool kerning : {false, true}) {
     SCOPED_TRACE(kerning ? "with kerning" : "without kerning");

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "builders/fond_builder.h"
+#include "analysis/font_data.h"
 #include "builders/resource_fork_builder.h"
 #include "resources/resource_metadata.h"
 #include "support/mac_fixtures.h"
@@ -47,10 +48,8 @@ Bytes post(uint8_t segment, const std::string& text, size_t size = 0) {
 
 // A bitmap-only family "Sample" whose plain face is Sample-One (printer file SamplOne).
 Bytes sampleFamily(const std::string& familyName = "Sample", int16_t familyID = 300) {
-  return ResourceForkBuilder()
-      .add("FOND", familyID, FondBuilder().familyID(familyID).postScriptNames("Sample", {{0, "-One"}}).entry(12, 0, 1).build(),
-           familyName)
-      .build();
+  const Bytes fond = FondBuilder().familyID(familyID).postScriptNames("Sample", {{0, "-One"}}).entry(12, 0, 1).build();
+  return ResourceForkBuilder().add("FOND", familyID, fond, familyName).build();
 }
 
 TEST(ResourceMetadata, FixtureFacesReadTheirPrinterFiles) {
@@ -170,8 +169,8 @@ TEST(ResourceMetadata, KindsOfMultipleMasterAndDoubleByteFamilies) {
   const auto family = [](int16_t id, const std::string& name, std::vector<std::pair<const char*, Bytes>> extra,
                          int16_t pointSize) {
     ResourceForkBuilder fork;
-    fork.add("FOND", id, FondBuilder().familyID(id).postScriptNames("Sample", {{0, "-One"}}).entry(pointSize, 0, 500).build(),
-             name);
+    fork.add("FOND", id,
+             FondBuilder().familyID(id).postScriptNames("Sample", {{0, "-One"}}).entry(pointSize, 0, 500).build(), name);
     for (auto& [type, bytes] : extra) fork.add(type == std::string("sfnt") ? "sfnt" : "NFNT", 500, bytes);
     return fork.build();
   };
@@ -240,6 +239,31 @@ TEST(ResourceMetadata, HeadersFromDataForks) {
   }
   EXPECT_EQ(CollectPSMetaDataFromFile("x", nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr),
             kPSMetaDataNothingToDo);
+}
+
+TEST(ResourceMetadata, WholeAnalysisOfFixtureFaces) {
+  // Kinds and names from the fixture README: bitmap faces read their LWFN, outline faces their sfnt.
+  const struct { const char* path; short style; const char* kind; const char* psName; const char* printer; } rows[] = {
+      {"c-type1-family/macbinary/NimbusSans", 1, "PostScript", "NimbusSans-Bold", "NimbuSanBol"},
+      {"c-type1-family/appledouble/NimbusSans", 3, "PostScript", "NimbusSans-BoldItalic", "NimbuSanBolIta"},
+      {"b-suitcase-truetype/appledouble/DejaVuSans", 1, "TrueType", "DejaVuSans-Bold", ""},
+      {"a-dfont/NimbusSans-CFF.dfont", 0, "OpenType - PS", "NimbusSans-Regular", ""},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.path);
+    const std::string path = test::macFixture(row.path);
+    auto rf = test::openResourceFile(path);
+    ASSERT_TRUE(rf);
+    Handle fond = getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1);
+    UxString printer, kind, psName;
+    EXPECT_EQ(CollectMetaData(rf.get(), path, fond, row.style, &printer, &kind, nullptr, nullptr, nullptr, nullptr,
+                              &psName, nullptr, nullptr, nullptr, nullptr),
+              0);
+    EXPECT_EQ(kind, row.kind);
+    EXPECT_EQ(psName, row.psName);
+    const std::string folder = path.substr(0, path.rfind('/') + 1);
+    EXPECT_EQ(printer, *row.printer ? folder + row.printer : std::string());
+  }
 }
 
 TEST(ResourceMetadata, OutlineResourcesReadAsHeaders) {
