@@ -165,7 +165,7 @@ int identifyCommand(const std::vector<std::string>& args) {
   int status = 0;
   std::string jsonItems;
   for (const std::string& path : parsed.operands) {
-    FileReport report = identifyFile(path, mask);
+    FileReport report = identifyFile(path, mask, format == "xml" || format == "plist");
     if (report.status != TP_STATUS_OK) {
       std::fprintf(stderr, "typeprint: %s: not an identifiable font file\n", path.c_str());
       status = 1;

@@ -33,7 +33,7 @@ std::string document(TP_Status (*writer)(TP_FontArray*, char*, uint32_t*), TP_Fo
 
 }  // namespace
 
-FileReport identifyFile(const std::string& path, uint32_t mask) {
+FileReport identifyFile(const std::string& path, uint32_t mask, bool withDocuments) {
   FileReport report;
   report.path = path;
   TP_FontArray* array = nullptr;
@@ -62,8 +62,10 @@ FileReport identifyFile(const std::string& path, uint32_t mask) {
     f.kerningChecksum = readNumber(TP_GetKerningChecksum, array, i);
     report.faces.push_back(std::move(f));
   }
-  report.xml = document(TP_GetXMLRepresentation, array);
-  report.plist = document(TP_GetPropertyListRepresentation, array);
+  if (withDocuments) {
+    report.xml = document(TP_GetXMLRepresentation, array);
+    report.plist = document(TP_GetPropertyListRepresentation, array);
+  }
   TP_SpecifierFree(array);
   return report;
 }

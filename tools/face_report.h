@@ -27,8 +27,9 @@ struct FileReport {
   std::string plist;  // and its property-list form
 };
 
-// Identifies one file with `mask` and reads every face back through the getters.
-FileReport identifyFile(const std::string& path, uint32_t mask);
+// Identifies one file with `mask` and reads every face back through the getters; the two
+// serialised forms are made only when asked for.
+FileReport identifyFile(const std::string& path, uint32_t mask, bool withDocuments = false);
 
 // The labelled attributes of a face, in display order, for tables and JSON.
 std::vector<std::pair<std::string, std::string>> textAttributes(const FaceReport& face);
