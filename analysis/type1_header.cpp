@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "analysis/foundry_lookup.h"
-#include "resources/families.h"
+#include "resources/resource_metadata.h"
 
 namespace typeprint {
 namespace {
