@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "foundation/file_location.h"
 #include "platform/linux/fork_writer.h"
 
 namespace typeprint {
@@ -11,7 +12,6 @@ constexpr int16_t kNotOpen = -1;
 constexpr int16_t kPrinterFontFirstPOST = 501;
 constexpr uint32_t kTyp1 = tag("typ1");
 
-FontActivationService gActivation;
 int16_t gLastRefNum = 0;
 
 // Reference numbers given to open maps: 1 and up, as the system's own file is 0.
@@ -23,8 +23,6 @@ int16_t nextRefNum() {
 TypeprintResourceFile* asFile(void* rf) { return static_cast<TypeprintResourceFile*>(rf); }
 
 }  // namespace
-
-void SetFontActivationService(const FontActivationService& service) { gActivation = service; }
 
 TypeprintResourceFile::TypeprintResourceFile(const std::string& path, bool readOnly)
     : qsFile_(path), qsReadOnly_(readOnly) {}
@@ -83,14 +81,15 @@ std::vector<int16_t> TypeprintResourceFile::getSortedResIDsForType(uint32_t type
 }
 
 void TypeprintResourceFile::activate() {
-  if (qsATSFontContainerRef_ != 0 || !gActivation.activate) return;
-  qsATSFontContainerRef_ = gActivation.activate(qsFile_);
+  if (activatedFonts_) return;
+  activatedFonts_ = readFolderPrinterFonts(UxFileSystemParser::GetPathDeletingLastPathComponent(qsFile_));
 }
 
-void TypeprintResourceFile::deactivate() {
-  if (qsATSFontContainerRef_ == 0) return;
-  if (gActivation.deactivate) gActivation.deactivate(qsATSFontContainerRef_);
-  qsATSFontContainerRef_ = 0;
+void TypeprintResourceFile::deactivate() { activatedFonts_.reset(); }
+
+const std::vector<FolderPrinterFont>& TypeprintResourceFile::activatedFonts() const {
+  static const std::vector<FolderPrinterFont> kNone;
+  return activatedFonts_ ? *activatedFonts_ : kNone;
 }
 
 // One handle per resource: asking again for the same resource gives the same handle.

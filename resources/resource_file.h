@@ -15,6 +15,7 @@
 #include "foundation/be_reader.h"
 #include "platform/linux/fork_locator.h"
 #include "resources/handle.h"
+#include "resources/printer_font_folder.h"
 #include "resources/resource_map.h"
 
 namespace typeprint {
@@ -24,18 +25,6 @@ constexpr uint32_t kTypeNFNT = tag("NFNT");
 constexpr uint32_t kTypeFONT = tag("FONT");
 constexpr uint32_t kTypePOST = tag("POST");
 constexpr uint32_t kTypeSfnt = tag("sfnt");
-
-// The font service behind activate/deactivate. Linux has none, so by default nothing is
-// activated; whoever can answer "which file holds the outline of this PostScript name among the
-// fonts this file brings in" installs a service with SetFontActivationService.
-struct FontActivationService {
-  // Activates the file for this process only; a non-zero container reference on success.
-  uint32_t (*activate)(const std::string& path) = nullptr;
-  void (*deactivate)(uint32_t container) = nullptr;
-  // The path of the file holding the outline of `postScriptName`; empty when unknown.
-  std::string (*outlineFileFor)(uint32_t container, const std::string& postScriptName) = nullptr;
-};
-void SetFontActivationService(const FontActivationService& service);
 
 class TypeprintResourceFile final : private HandleOwner {
  public:
@@ -64,11 +53,14 @@ class TypeprintResourceFile final : private HandleOwner {
   // The IDs of a type, ascending and duplicate-free.
   std::vector<int16_t> getSortedResIDsForType(uint32_t type) const;
 
-  // Activation through the installed font service; only the first call has an effect until
-  // deactivate.
+  // Activation: reads, once, the PostScript names of the printer-font files in this file's
+  // folder, which then answer which file holds the outline of a name. Only the first call has
+  // an effect until deactivate; the names live as long as the object (or until deactivate).
   void activate();
   void deactivate();
-  uint32_t fontContainer() const { return qsATSFontContainerRef_; }
+  bool isActivated() const { return activatedFonts_.has_value(); }
+  // The printer fonts found by activation; empty when not activated.
+  const std::vector<FolderPrinterFont>& activatedFonts() const;
   // Cache of PostScript name to printer-file name, filled by the family readers.
   std::map<std::string, std::string>& printerFileFromPostscriptNameDict() { return qsPrinterFileFromPostscriptNameDict_; }
 
@@ -108,7 +100,7 @@ class TypeprintResourceFile final : private HandleOwner {
   int16_t qsRefNum_ = -1;
   bool qsReadOnly_ = true;
   bool qsIsDataFork_ = false;
-  uint32_t qsATSFontContainerRef_ = 0;
+  std::optional<std::vector<FolderPrinterFont>> activatedFonts_;
   std::map<std::string, std::string> qsPrinterFileFromPostscriptNameDict_;
 
   FileForks forks_;

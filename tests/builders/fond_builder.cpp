@@ -1,13 +1,19 @@
 #include "builders/fond_builder.h"
 
-#include "foundation/be_writer.h"
-
 namespace typeprint::test {
 namespace {
 
+void putU16(Bytes& b, uint16_t v) {
+  b.push_back(uint8_t(v >> 8));
+  b.push_back(uint8_t(v));
+}
+
+void putU32(Bytes& b, uint32_t v) {
+  putU16(b, uint16_t(v >> 16));
+  putU16(b, uint16_t(v));
+}
+
 constexpr size_t kHeaderSize = 52;
-constexpr size_t kWidthsPerStyle = 3;  // last - first + 3 with first = last = 0
-constexpr size_t kIndexTableSize = 48;
 
 }  // namespace
 
@@ -16,96 +22,101 @@ FondBuilder& FondBuilder::familyID(int16_t id) {
   return *this;
 }
 
+FondBuilder& FondBuilder::intl1(int16_t value) {
+  intl1_ = value;
+  return *this;
+}
+
 FondBuilder& FondBuilder::entry(int16_t pointSize, uint16_t style, int16_t resID) {
   entries_.push_back({pointSize, style, resID});
   return *this;
 }
 
-FondBuilder& FondBuilder::widths(std::vector<uint16_t> styles) {
-  widthStyles_ = std::move(styles);
+FondBuilder& FondBuilder::kerning(uint16_t style, int16_t pairCount) {
+  kerning_.push_back({style, pairCount});
   return *this;
 }
 
-FondBuilder& FondBuilder::kerning(uint16_t style, uint16_t pairs) {
-  kerning_.push_back({style, pairs});
-  return *this;
-}
-
-FondBuilder& FondBuilder::styleNames(std::vector<uint8_t> indexes, std::vector<Bytes> strings) {
+FondBuilder& FondBuilder::styleStrings(std::vector<Bytes> strings) {
   hasStyleTable_ = true;
-  indexes_ = std::move(indexes);
   strings_ = std::move(strings);
   return *this;
 }
 
+FondBuilder& FondBuilder::styleIndex(int index, uint8_t stringNumber) {
+  hasStyleTable_ = true;
+  index_[index] = stringNumber;
+  return *this;
+}
+
+FondBuilder& FondBuilder::postScriptNames(const std::string& base,
+                                          const std::vector<std::pair<int, std::string>>& suffixes) {
+  std::vector<Bytes> strings{bytesOf(base.c_str())};
+  const size_t firstSuffix = 2 + suffixes.size();
+  for (size_t i = 0; i < suffixes.size(); ++i) {
+    strings.push_back(Bytes{uint8_t(firstSuffix + i)});
+    styleIndex(suffixes[i].first, uint8_t(2 + i));
+  }
+  for (const auto& suffix : suffixes) strings.push_back(bytesOf(suffix.second.c_str()));
+  return styleStrings(std::move(strings));
+}
+
 FondBuilder::Layout FondBuilder::layout() const {
-  Layout l{};
-  l.entries = kHeaderSize + 2;
+  Layout l{kHeaderSize + 2, 0, 0};
   size_t at = l.entries + 6 * entries_.size();
-  if (!widthStyles_.empty()) {
-    l.widthTable = at;
-    at += 2 + widthStyles_.size() * (2 + 2 * kWidthsPerStyle);
-  }
   if (!kerning_.empty()) {
-    l.kerningTable = at;
+    l.kernTable = at;
     at += 2;
-    for (const Kerning& k : kerning_) at += 4 + 4 * size_t(k.pairs);
+    for (const Kern& k : kerning_) at += 4 + 4 * size_t(k.pairCount > 0 ? k.pairCount : 0);
   }
-  if (hasStyleTable_) {
-    l.styleTable = at;
-    at += 60;
-    for (const Bytes& s : strings_) at += 1 + s.size();
-  }
-  l.end = at;
+  if (hasStyleTable_) l.styleTable = at;
   return l;
 }
 
 Bytes FondBuilder::build() const {
   const Layout l = layout();
-  BEWriter w;
-  w.u16(0x1000);  // flags
-  w.u16(uint16_t(familyID_));
-  w.u16(0);  // first character
-  w.u16(0);  // last character
-  w.zeros(8);  // ascent, descent, leading, widMax
-  w.u32(uint32_t(l.widthTable));
-  w.u32(uint32_t(l.kerningTable));
-  w.u32(uint32_t(l.styleTable));
-  w.zeros(18 + 4);  // extra widths per style, international words
-  w.u16(2);         // version
-  w.u16(uint16_t(int(entries_.size()) - 1));
+  Bytes b;
+  putU16(b, 0x1000);  // flags
+  putU16(b, uint16_t(familyID_));
+  putU16(b, 0);    // first character
+  putU16(b, 255);  // last character
+  while (b.size() < 16) b.push_back(0);
+  putU32(b, 0);  // no glyph-width table
+  putU32(b, uint32_t(l.kernTable));
+  putU32(b, uint32_t(l.styleTable));
+  while (b.size() < 48) b.push_back(0);
+  putU16(b, uint16_t(intl1_));
+  putU16(b, 2);  // version
+  putU16(b, uint16_t(entries_.size() - 1));
   for (const Entry& e : entries_) {
-    w.u16(uint16_t(e.pointSize));
-    w.u16(e.style);
-    w.u16(uint16_t(e.resID));
-  }
-  if (!widthStyles_.empty()) {
-    w.u16(uint16_t(widthStyles_.size() - 1));
-    for (uint16_t style : widthStyles_) {
-      w.u16(style);
-      for (size_t i = 0; i < kWidthsPerStyle; ++i) w.u16(0x1000);
-    }
+    putU16(b, uint16_t(e.pointSize));
+    putU16(b, e.style);
+    putU16(b, uint16_t(e.resID));
   }
   if (!kerning_.empty()) {
-    w.u16(uint16_t(kerning_.size() - 1));
-    for (const Kerning& k : kerning_) {
-      w.u16(k.style);
-      w.u16(k.pairs);
-      for (uint16_t p = 0; p < k.pairs; ++p) w.u32(0x41560000u | p);  // 'A' 'V', distance p
+    putU16(b, uint16_t(kerning_.size() - 1));
+    for (const Kern& k : kerning_) {
+      putU16(b, k.style);
+      putU16(b, uint16_t(k.pairCount));
+      for (int i = 0; i < k.pairCount; ++i) {
+        b.push_back(uint8_t(i));
+        b.push_back(uint8_t(i + 1));
+        putU16(b, uint16_t(i));
+      }
     }
   }
   if (hasStyleTable_) {
-    w.u16(0x001D);  // font class
-    w.u32(0);       // no glyph-encoding subtable
-    w.u32(0);
-    for (size_t i = 0; i < kIndexTableSize; ++i) w.u8(i < indexes_.size() ? indexes_[i] : 0);
-    w.u16(uint16_t(strings_.size()));
+    putU16(b, 0x005D);  // font class
+    putU32(b, 0);       // no glyph-encoding subtable
+    putU32(b, 0);
+    b.insert(b.end(), index_, index_ + 48);
+    putU16(b, uint16_t(strings_.size()));
     for (const Bytes& s : strings_) {
-      w.u8(uint8_t(s.size()));
-      w.bytes(s);
+      b.push_back(uint8_t(s.size()));
+      b.insert(b.end(), s.begin(), s.end());
     }
   }
-  return w.take();
+  return b;
 }
 
 }  // namespace typeprint::test

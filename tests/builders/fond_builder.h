@@ -1,7 +1,6 @@
-// Builds a family record (`FOND`): the 52-byte header, the association entries, and, when asked
-// for, a glyph-width table, a kerning table and a style-mapping table, laid out in that order
-// after the entries with their offsets filled in. layout() says where each part landed, so a
-// test can break one field.
+// Builds a family resource (`FOND`): the 52-byte header, the association table, and optionally a
+// kerning table and a style-mapping table after it, with their offsets filled in. layout() says
+// where each part landed, so a test can break one field.
 #pragma once
 
 #include <cstdint>
@@ -15,25 +14,26 @@ namespace typeprint::test {
 class FondBuilder {
  public:
   FondBuilder& familyID(int16_t id);
+  // The second international word (offset 48); non-zero marks a double-byte family.
+  FondBuilder& intl1(int16_t value);
   FondBuilder& entry(int16_t pointSize, uint16_t style, int16_t resID);
-  // A glyph-width table with one row per style (first and last character 0, so three widths).
-  FondBuilder& widths(std::vector<uint16_t> styles);
-  // A kerning subtable for `style` holding `pairs` pairs.
-  FondBuilder& kerning(uint16_t style, uint16_t pairs);
-  // The style-mapping table: index bytes for style indexes 0.. (the rest 0) and the name table's
-  // strings, each given without its length byte.
-  FondBuilder& styleNames(std::vector<uint8_t> indexes, std::vector<Bytes> strings);
+  // A kerning-table entry of `pairCount` pairs; pair i is (i, i + 1, distance i).
+  FondBuilder& kerning(uint16_t style, int16_t pairCount);
+  // A style-mapping table with these name-table strings (string 1 first, raw bytes) and index
+  // bytes (style index -> string number; unset indexes are 0).
+  FondBuilder& styleStrings(std::vector<Bytes> strings);
+  FondBuilder& styleIndex(int index, uint8_t stringNumber);
+  // The usual way of writing PostScript names: base, then for each style index its suffix,
+  // stored as a one-number list string pointing at the suffix string.
+  FondBuilder& postScriptNames(const std::string& base, const std::vector<std::pair<int, std::string>>& suffixes);
   Bytes build() const;
 
-  // Offsets from the start of the family; 0 for an absent table.
   struct Layout {
-    size_t entries, widthTable, kerningTable, styleTable, end;
+    size_t entries;     // first association entry
+    size_t kernTable;   // 0 when none
+    size_t styleTable;  // 0 when none
   };
   Layout layout() const;
-
-  // A name-table string that lists other strings by number.
-  static Bytes stringList(std::vector<uint8_t> numbers) { return numbers; }
-  static Bytes text(const std::string& s) { return Bytes(s.begin(), s.end()); }
 
  private:
   struct Entry {
@@ -41,16 +41,17 @@ class FondBuilder {
     uint16_t style;
     int16_t resID;
   };
-  struct Kerning {
-    uint16_t style, pairs;
+  struct Kern {
+    uint16_t style;
+    int16_t pairCount;
   };
   int16_t familyID_ = 128;
+  int16_t intl1_ = 0;
   std::vector<Entry> entries_;
-  std::vector<uint16_t> widthStyles_;
-  std::vector<Kerning> kerning_;
+  std::vector<Kern> kerning_;
   bool hasStyleTable_ = false;
-  std::vector<uint8_t> indexes_;
   std::vector<Bytes> strings_;
+  uint8_t index_[48] = {};
 };
 
 }  // namespace typeprint::test

@@ -400,21 +400,21 @@ struct BuiltFamily {
   }
 };
 
+// Plain, bold and italic faces; PostScript names Base, Base-Bold, Base-Italic.
 const FondBuilder kThreeStyles = FondBuilder()
                                      .entry(0, 0, 1)
                                      .entry(0, 1, 2)
                                      .entry(10, 0, 3)
                                      .entry(10, 1, 4)
                                      .entry(10, 2, 5)
-                                     .widths({0, 1, 2})
                                      .kerning(0, 1)
                                      .kerning(1, 2)
-                                     .styleNames({1, 2, 3}, {FondBuilder::text("Base"), FondBuilder::stringList({4}),
-                                                             FondBuilder::stringList({5}), FondBuilder::text("-Bold"),
-                                                             FondBuilder::text("-Italic")});
+                                     .postScriptNames("Base", {{1, "-Bold"}, {2, "-Italic"}});
 
 TEST(FamilyEditing, EntryRemovalStaysWithinTheFamily) {
-  const Bytes family = kThreeStyles.build();
+  // The builder writes no glyph-width table; an offset is set anyway, to see it lowered.
+  const size_t widths = 200;
+  const Bytes family = patchU32(kThreeStyles.build(), 16, widths);
   const FondBuilder::Layout l = kThreeStyles.layout();
   const struct {
     const char* what;
@@ -425,18 +425,18 @@ TEST(FamilyEditing, EntryRemovalStaysWithinTheFamily) {
     uint32_t widthTable, kerningTable, styleTable;
     size_t size;
   } rows[] = {
-      {"keep bold", family, 1, 1, {{0, 1, 2}, {10, 1, 4}}, uint32_t(l.widthTable - 18), uint32_t(l.kerningTable - 18),
+      {"keep bold", family, 1, 1, {{0, 1, 2}, {10, 1, 4}}, uint32_t(widths - 18), uint32_t(l.kernTable - 18),
        uint32_t(l.styleTable - 18), family.size() - 18},
-      {"a style the family lacks", family, 8, -1, {}, uint32_t(l.widthTable - 30), uint32_t(l.kerningTable - 30),
+      {"a style the family lacks", family, 8, -1, {}, uint32_t(widths - 30), uint32_t(l.kernTable - 30),
        uint32_t(l.styleTable - 30), family.size() - 30},
       {"offsets smaller than the shift floor at 0", patchU32(patchU32(family, 16, 4), 20, 0), 1, 1,
        {{0, 1, 2}, {10, 1, 4}}, 0, 0, uint32_t(l.styleTable - 18), family.size() - 18},
       // The count claims 10 entries; only the 3 within the data are walked.
       {"count beyond the data", patchU16(truncated(family, 54 + 6 * 3), 52, 9), 1, 7, {{0, 1, 2}},
-       uint32_t(l.widthTable - 12), uint32_t(l.kerningTable - 12), uint32_t(l.styleTable - 12), 54 + 6},
-      {"negative count", patchU16(family, 52, 0xFFFE), 1, -2, {}, uint32_t(l.widthTable), uint32_t(l.kerningTable),
+       uint32_t(widths - 12), uint32_t(l.kernTable - 12), uint32_t(l.styleTable - 12), 54 + 6},
+      {"negative count", patchU16(family, 52, 0xFFFE), 1, -2, {}, uint32_t(widths), uint32_t(l.kernTable),
        uint32_t(l.styleTable), family.size()},
-      {"family of 53 bytes", truncated(family, 53), 1, 0, {}, uint32_t(l.widthTable), uint32_t(l.kerningTable),
+      {"family of 53 bytes", truncated(family, 53), 1, 0, {}, uint32_t(widths), uint32_t(l.kernTable),
        uint32_t(l.styleTable), 53},
   };
   for (const auto& row : rows) {
@@ -461,8 +461,9 @@ TEST(FamilyEditing, EntryRemovalStaysWithinTheFamily) {
 
 TEST(FamilyEditing, PromotionStaysWithinTheFamily) {
   const FondBuilder kernOnly = FondBuilder().entry(0, 1, 1).kerning(1, 2).kerning(5, 3);
-  const FondBuilder longName = FondBuilder().entry(0, 1, 1).styleNames(
-      {1, 2}, {FondBuilder::text("AB"), FondBuilder::stringList({3, 3, 3, 3}), FondBuilder::text("-Long")});
+  // Style 1 names AB followed by string 3 four times.
+  const FondBuilder longName =
+      FondBuilder().entry(0, 1, 1).styleStrings({test::bytesOf("AB"), Bytes{3, 3, 3, 3}, test::bytesOf("-Long")}).styleIndex(1, 2);
   const size_t names = kThreeStyles.layout().styleTable + 60;
   const Bytes family = kThreeStyles.build();
   const struct {
@@ -480,10 +481,10 @@ TEST(FamilyEditing, PromotionStaysWithinTheFamily) {
       {"string count past the data", patchU16(family, kThreeStyles.layout().styleTable + 58, 200), 1, "Base-Bold",
        {0, 0, 0, 0, 2}, {{1, 1}, {0, 2}}, test::patchU8(Bytes(family.size() - names, 0), 0, 9)},
       // 4 + 4 * 3 bytes are missing from the second kerning subtable: the walk stops before it.
-      {"kerning subtable cut short", truncated(kernOnly.build(), kernOnly.layout().end - 4), 1, "Family", {0},
+      {"kerning subtable cut short", truncated(kernOnly.build(), kernOnly.build().size() - 4), 1, "Family", {0},
        {{0, 2}, {5, 3}}, {}},
       {"a name that does not fit is not written", longName.build(), 1, "AB-Long-Long-Long-Long", {0}, {},
-       Bytes(longName.layout().end - longName.layout().styleTable - 60, 0)},
+       Bytes(longName.build().size() - longName.layout().styleTable - 60, 0)},
       {"entries claimed beyond the data are not restyled", patchU16(truncated(kernOnly.build(), 60), 52, 4), 1,
        "Family", {1}, {}, {}},
   };

@@ -254,32 +254,18 @@ TEST(ResourceFile, HandlesOwnedDetachedAndDisposed) {
   DisposeHandle(detached);
 }
 
-TEST(ResourceFile, ActivationUsesTheInstalledService) {
-  static int activations = 0, deactivations = 0;
-  FontActivationService service;
-  service.activate = [](const std::string&) -> uint32_t { return uint32_t(++activations); };
-  service.deactivate = [](uint32_t) { ++deactivations; };
-  SetFontActivationService(service);
-  {
-    auto rf = open(test::macFixture("c-type1-family/macbinary/NimbusSans"));
-    ASSERT_TRUE(rf);
-    EXPECT_EQ(object(rf)->fontContainer(), 0u);
-    object(rf)->activate();
-    object(rf)->activate();
-    EXPECT_EQ(activations, 1);
-    EXPECT_EQ(object(rf)->fontContainer(), 1u);
-    object(rf)->deactivate();
-    EXPECT_EQ(object(rf)->fontContainer(), 0u);
-    object(rf)->activate();
-    object(rf)->printerFileFromPostscriptNameDict()["NimbusSans-Regular"] = "NimbuSanReg";
-  }
-  EXPECT_EQ(activations, 2);
-  EXPECT_EQ(deactivations, 2);  // the second by closing
-  SetFontActivationService({});
+TEST(ResourceFile, ActivationReadsThePrinterFontsOfItsFolderOnce) {
   auto rf = open(test::macFixture("c-type1-family/macbinary/NimbusSans"));
+  ASSERT_TRUE(rf);
+  EXPECT_FALSE(object(rf)->isActivated());
+  EXPECT_TRUE(object(rf)->activatedFonts().empty());
   object(rf)->activate();
-  EXPECT_EQ(object(rf)->fontContainer(), 0u);
-  EXPECT_TRUE(object(rf)->printerFileFromPostscriptNameDict().empty());
+  ASSERT_TRUE(object(rf)->isActivated());
+  // The four LWFN files beside the suitcase (which has no POST resources of its own).
+  EXPECT_EQ(object(rf)->activatedFonts().size(), 4u);
+  object(rf)->deactivate();
+  EXPECT_FALSE(object(rf)->isActivated());
+  EXPECT_TRUE(object(rf)->activatedFonts().empty());
 }
 
 // --- Writing back ---------------------------------------------------------------------------

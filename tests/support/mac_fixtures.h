@@ -60,6 +60,32 @@ inline const ExpectedFile* findExpected(const std::vector<ExpectedFile>& files, 
   return nullptr;
 }
 
+// One face of a family fixture and its checksums, as tests/fonts/mac/make_family_checksums.py
+// worked them out (family_checksums.tsv).
+struct ExpectedFace {
+  std::string path;  // relative to tests/fonts/mac/
+  int fondID = 0;
+  int style = 0;
+  std::string postScriptName;  // empty when the family gives none
+  std::string printerFile;     // empty when the face has none
+  uint32_t kerningSum = 0, faceCrc = 0, legacyCrc = 0, crossPlatformFaceCrc = 0, crossPlatformLegacyCrc = 0;
+};
+
+inline std::vector<ExpectedFace> loadExpectedFaces() {
+  std::ifstream in(fontPath("mac/family_checksums.tsv"));
+  std::vector<ExpectedFace> faces;
+  const auto orEmpty = [](const std::string& s) { return s == "-" ? std::string() : s; };
+  const auto hex = [](const std::string& s) { return uint32_t(std::stoul(s, nullptr, 16)); };
+  std::string line;
+  while (std::getline(in, line)) {
+    auto f = splitTabs(line);
+    if (f.size() != 11 || f[0] != "face") continue;
+    faces.push_back({f[1], std::stoi(f[2]), std::stoi(f[3]), orEmpty(f[4]), orEmpty(f[5]), hex(f[6]), hex(f[7]),
+                     hex(f[8]), hex(f[9]), hex(f[10])});
+  }
+  return faces;
+}
+
 // A four-character code from text, independently of the library's tag().
 inline uint32_t fourCC(const std::string& s) {
   return uint32_t(uint8_t(s.at(0))) << 24 | uint32_t(uint8_t(s.at(1))) << 16 | uint32_t(uint8_t(s.at(2))) << 8 |
