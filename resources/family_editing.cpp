@@ -6,6 +6,7 @@
 
 #include "foundation/be_writer.h"
 #include "resources/fond.h"
+#include "resources/printer_files.h"
 
 namespace typeprint {
 namespace {
@@ -16,8 +17,6 @@ constexpr size_t kKernSubtableHeader = 4;
 constexpr size_t kKernPairSize = 4;
 // Offset of the style word within an association entry.
 constexpr size_t kEntryStyleField = 2;
-// The PostScript name of a face is taken into a buffer of this capacity.
-constexpr size_t kPostScriptNameCapacity = 257;
 // Promotion's three steps each ask for a family at least this long.
 constexpr size_t kPromoteEntriesMinSize = 54;
 constexpr size_t kPromoteKerningMinSize = 52;
@@ -78,14 +77,6 @@ void removeEntries(TypeprintResourceFile& rf, Handle fond, Removes removes, bool
     out.patchU32(field, loweredOffset(family, field, shift));
   replaceHandleBytes(fond, out.data());
   rf.changedResource(fond);
-}
-
-// The face's PostScript name, as the family's style-mapping table builds it (style cut to
-// 8 bits). Always printable ASCII.
-std::string postScriptNameOf(Handle fond, short style) {
-  unsigned char name[kPostScriptNameCapacity];
-  GetPrinterFontNameFromResource(fond, uint8_t(style), name, sizeof name);
-  return std::string(reinterpret_cast<const char*>(name + 1), name[0]);
 }
 
 // Every association entry of `style` becomes style 0, provided the whole table lies within the
@@ -186,7 +177,8 @@ void purgeFromFOND(TypeprintResourceFile& rf, Handle fond, const std::set<short>
 void promoteFOND(TypeprintResourceFile& rf, Handle fond, short style) {
   const ByteSpan family = HandleBytes(fond);
   if (family.empty()) return;
-  const std::string postScriptName = postScriptNameOf(fond, style);
+  // Always printable ASCII: the style-mapping table's name is cut to those characters.
+  const std::string postScriptName = getPostScriptNameForFOND(fond, style);
   int16_t id = 0;
   // The name comes from a Pascal string, so it never exceeds a resource name's 255 bytes.
   if (style != 0 && !postScriptName.empty() && rf.getResInfo(fond, &id, nullptr, nullptr))
