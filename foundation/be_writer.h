@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "foundation/be_reader.h"
@@ -11,6 +12,9 @@ namespace typeprint {
 
 class BEWriter {
  public:
+  BEWriter() = default;
+  // Starts from existing bytes, to patch fields of a copy of them.
+  explicit BEWriter(std::vector<uint8_t> start) : out_(std::move(start)) {}
   void u8(uint8_t v) { out_.push_back(v); }
   void u16(uint16_t v) { put(v, 2); }
   void u24(uint32_t v) { put(v, 3); }
@@ -21,6 +25,7 @@ class BEWriter {
   void align(size_t alignment) {
     while (out_.size() % alignment) out_.push_back(0);
   }
+  void patchU8(size_t at, uint8_t v) { patch(at, v, 1); }
   void patchU16(size_t at, uint16_t v) { patch(at, v, 2); }
   void patchU32(size_t at, uint32_t v) { patch(at, v, 4); }
   size_t size() const { return out_.size(); }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tools/commands.h"
+#include "tools/edit_commands.h"
 
 namespace {
 
@@ -21,6 +22,11 @@ const char kHelp[] =
     "  split FILE.ttc OUTDIR        write each face of a collection as its own .ttf file\n"
     "  styles NAME [NAME2]          the built-in styles that a font's names express\n"
     "  classify FAMILY [FAMILY2]    the classification of a family\n"
+    "  purge --keep-style N [--in-place] FILE [OUT]\n"
+    "      keep only style N in the families that have it, and drop the NFNT and sfnt resources\n"
+    "      no family refers to any more; edits a copy (OUT, default FILE.edited) unless --in-place\n"
+    "  promote --style N [--family ID] [--in-place] FILE [OUT]\n"
+    "      make style N the family's plain style, named by its PostScript name; same copy rules\n"
     "\n"
     "Exit status: 0 success, 1 when a file could not be identified or read, 2 on usage errors.\n";
 
@@ -41,6 +47,8 @@ int main(int argc, char** argv) {
   if (command == "split") return splitCommand(args);
   if (command == "styles") return stylesCommand(args);
   if (command == "classify") return classifyCommand(args);
+  if (command == "purge") return purgeCommand(args);
+  if (command == "promote") return promoteCommand(args);
   std::fprintf(stderr, "typeprint: unknown command '%s' (see typeprint --help)\n", command.c_str());
   return 2;
 }

@@ -270,19 +270,6 @@ TEST(ResourceFile, ActivationReadsThePrinterFontsOfItsFolderOnce) {
 
 // --- Writing back ---------------------------------------------------------------------------
 
-// Copies a fixture and its companions into `dir`, keeping their relative places.
-std::string copyFixture(const std::string& relative, const fs::path& dir) {
-  fs::path source = test::macFixture(relative);
-  fs::path folder = source.parent_path();
-  for (const fs::path& part : {source, folder / ("._" + source.filename().string()), folder / ".AppleDouble" / source.filename()}) {
-    if (!fs::exists(part)) continue;
-    fs::path target = dir / part.lexically_relative(folder);
-    fs::create_directories(target.parent_path());
-    fs::copy_file(part, target);
-  }
-  return (dir / source.filename()).string();
-}
-
 // Every file below `dir`, with its bytes.
 std::map<std::string, std::string> snapshot(const fs::path& dir) {
   std::map<std::string, std::string> files;
@@ -361,7 +348,7 @@ TEST(ResourceFile, EditsAreWrittenBackIntoEveryContainerForm) {
   for (const WriteRow& row : kWriteRows) {
     SCOPED_TRACE(row.path);
     test::ScratchDir scratch;
-    const std::string path = copyFixture(row.path, scratch.path());
+    const std::string path = test::copyMacFixture(row.path, scratch.path());
     std::vector<std::string> filesBefore;
     for (const auto& [name, bytes] : snapshot(scratch.path())) filesBefore.push_back(name);
     std::vector<std::string> expected;
@@ -399,7 +386,7 @@ TEST(ResourceFile, EditsAreWrittenBackIntoEveryContainerForm) {
 
 TEST(ResourceFile, UnchangedFilesAreNotRewritten) {
   test::ScratchDir scratch;
-  const std::string path = copyFixture("d-t1mac-lwfn/macbinary-stale-crc/C059Rom", scratch.path());
+  const std::string path = test::copyMacFixture("d-t1mac-lwfn/macbinary-stale-crc/C059Rom", scratch.path());
   auto before = snapshot(scratch.path());
   {
     auto rf = open(path, false);
@@ -412,7 +399,7 @@ TEST(ResourceFile, UnchangedFilesAreNotRewritten) {
 
 TEST(ResourceFile, ReadOnlyFilesRefuseToWrite) {
   test::ScratchDir scratch;
-  const std::string path = copyFixture("b-suitcase-truetype/appledouble/DejaVuSans", scratch.path());
+  const std::string path = test::copyMacFixture("b-suitcase-truetype/appledouble/DejaVuSans", scratch.path());
   auto before = snapshot(scratch.path());
   {
     auto rf = open(path, true);
@@ -428,7 +415,7 @@ TEST(ResourceFile, AnInterruptedWriteLeavesTheOriginal) {
   for (const WriteRow& row : kWriteRows) {
     SCOPED_TRACE(row.path);
     test::ScratchDir scratch;
-    const std::string path = copyFixture(row.path, scratch.path());
+    const std::string path = test::copyMacFixture(row.path, scratch.path());
     auto before = snapshot(scratch.path());
     setReplaceFaultForTesting([](const std::string& temp) {
       EXPECT_TRUE(fs::exists(temp));  // fully written, just not renamed
@@ -447,7 +434,7 @@ TEST(ResourceFile, AnInterruptedWriteLeavesTheOriginal) {
 
 TEST(ResourceFile, AddedResourcesAreWritten) {
   test::ScratchDir scratch;
-  const std::string path = copyFixture("c-type1-family/appledouble/NimbuSanReg", scratch.path());
+  const std::string path = test::copyMacFixture("c-type1-family/appledouble/NimbuSanReg", scratch.path());
   {
     auto rf = open(path, false);
     ASSERT_TRUE(rf);

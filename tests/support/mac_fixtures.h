@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -92,5 +93,20 @@ inline uint32_t fourCC(const std::string& s) {
 }
 
 inline std::string macFixture(const std::string& relative) { return fontPath("mac/" + relative); }
+
+// Copies a fixture, with its AppleDouble companion (`._N` or `.AppleDouble/N`) when it has one,
+// into `dir`, keeping their places relative to each other. The path of the copy.
+inline std::string copyMacFixture(const std::string& relative, const std::filesystem::path& dir) {
+  namespace fs = std::filesystem;
+  fs::path source = macFixture(relative);
+  fs::path folder = source.parent_path();
+  for (const fs::path& part : {source, folder / ("._" + source.filename().string()), folder / ".AppleDouble" / source.filename()}) {
+    if (!fs::exists(part)) continue;
+    fs::path target = dir / part.lexically_relative(folder);
+    fs::create_directories(target.parent_path());
+    fs::copy_file(part, target);
+  }
+  return (dir / source.filename()).string();
+}
 
 }  // namespace typeprint::test

@@ -1,0 +1,230 @@
+#include "tools/edit_commands.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <system_error>
+
+#include "platform/linux/file_system.h"
+#include "platform/linux/fork_locator.h"
+#include "resources/family_editing.h"
+#include "resources/fond.h"
+#include "resources/resource_file.h"
+
+namespace typeprint::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct EditArgs {
+  std::map<std::string, std::string> options;  // "--style" -> "1"
+  bool inPlace = false;
+  std::vector<std::string> operands;
+  std::string error;
+};
+
+// Options taking a value ("--name value" or "--name=value"), the --in-place flag, and operands.
+EditArgs parseEditArgs(const std::vector<std::string>& args, const std::set<std::string>& valued) {
+  EditArgs parsed;
+  for (size_t i = 0; i < args.size() && parsed.error.empty(); ++i) {
+    const std::string& a = args[i];
+    if (a == "--in-place") {
+      parsed.inPlace = true;
+    } else if (a.rfind("--", 0) != 0) {
+      parsed.operands.push_back(a);
+    } else {
+      const size_t eq = a.find('=');
+      const std::string name = a.substr(0, eq);
+      if (!valued.count(name))
+        parsed.error = "unknown option " + name;
+      else if (eq != std::string::npos)
+        parsed.options[name] = a.substr(eq + 1);
+      else if (i + 1 < args.size())
+        parsed.options[name] = args[++i];
+      else
+        parsed.error = "option " + name + " needs a value";
+    }
+  }
+  if (parsed.error.empty() && (parsed.operands.empty() || parsed.operands.size() > 2))
+    parsed.error = "needs FILE [OUT]";
+  if (parsed.error.empty() && parsed.inPlace && parsed.operands.size() > 1)
+    parsed.error = "--in-place takes no OUT";
+  return parsed;
+}
+
+int usageError(const std::string& command, const std::string& message) {
+  std::fprintf(stderr, "typeprint %s: %s (see typeprint --help)\n", command.c_str(), message.c_str());
+  return 2;
+}
+
+int failure(const std::string& path, const std::string& message) {
+  std::fprintf(stderr, "typeprint: %s: %s\n", path.c_str(), message.c_str());
+  return 1;
+}
+
+std::optional<int16_t> parseNumber(const std::string& text, long low, long high) {
+  char* end = nullptr;
+  const long value = std::strtol(text.c_str(), &end, 10);
+  if (text.empty() || *end || value < low || value > high) return std::nullopt;
+  return int16_t(value);
+}
+
+// Where the copy of a companion file goes: the same place relative to the copy as the original
+// companion is to the original (`._N`, `.AppleDouble/N`, `%N`, `.resource/N`...). Nothing when
+// the companion lives elsewhere or its name does not end with the file's name.
+std::optional<fs::path> companionFor(const fs::path& file, const fs::path& companion, const fs::path& copy) {
+  const fs::path relative = companion.lexically_relative(file.parent_path());
+  const std::string name = file.filename().string();
+  const std::string last = relative.filename().string();
+  if (relative.empty() || *relative.begin() == ".." || last.size() < name.size() ||
+      last.compare(last.size() - name.size(), name.size(), name) != 0)
+    return std::nullopt;
+  const std::string copied = last.substr(0, last.size() - name.size()) + copy.filename().string();
+  return copy.parent_path() / relative.parent_path() / copied;
+}
+
+// The files that make up the copy; removed again unless the edit succeeds.
+class CopiedFiles {
+ public:
+  ~CopiedFiles() {
+    if (keep_) return;
+    for (const std::string& path : paths_) posix::removeEntry(path);
+  }
+  bool copy(const std::string& from, const std::string& to) {
+    std::error_code ignored;
+    fs::create_directories(fs::path(to).parent_path(), ignored);
+    if (!posix::copyRegularFile(from, to)) return false;
+    paths_.push_back(to);
+    return true;
+  }
+  void keep() { keep_ = true; }
+
+ private:
+  std::vector<std::string> paths_;
+  bool keep_ = false;
+};
+
+// Copies `file` in its whole container form to `copy`: the file itself and, when its resource
+// fork lives in a companion file, that companion. An empty message on success.
+std::string copyContainer(const std::string& file, const std::string& copy, CopiedFiles& copied) {
+  if (posix::entryKind(copy, false) != posix::EntryKind::Missing) return copy + " already exists";
+  std::optional<FileForks> forks = openForks(file);
+  if (!forks) return "cannot read the file";
+  std::optional<fs::path> companionCopy;
+  if (!forks->companionPath.empty()) {
+    companionCopy = companionFor(file, forks->companionPath, copy);
+    if (!companionCopy) return "its resource fork lives where a copy cannot follow it; edit it with --in-place";
+    if (posix::entryKind(companionCopy->string(), false) != posix::EntryKind::Missing)
+      return companionCopy->string() + " already exists";
+  }
+  if (!copied.copy(file, copy)) return "cannot copy it to " + copy;
+  if (companionCopy && !copied.copy(forks->companionPath, companionCopy->string()))
+    return "cannot copy its resource fork to " + companionCopy->string();
+  return {};
+}
+
+// The file to edit: the original with --in-place, else a fresh copy at OUT or FILE.edited.
+std::string prepareTarget(const EditArgs& parsed, CopiedFiles& copied, std::string* error) {
+  const std::string& file = parsed.operands[0];
+  if (parsed.inPlace) return file;
+  const std::string target = parsed.operands.size() > 1 ? parsed.operands[1] : file + ".edited";
+  *error = copyContainer(file, target, copied);
+  return target;
+}
+
+bool hasStyle(Handle fond, uint16_t style) {
+  for (const FondEntry& entry : fondEntries(HandleBytes(fond)))
+    if (entry.style == style) return true;
+  return false;
+}
+
+// Writes the edits; on success the copy is kept and the result reported.
+int finish(TypeprintResourceFile& rf, const std::string& target, CopiedFiles& copied, const std::string& report) {
+  if (!rf.updateResFile()) return failure(target, "cannot write the edited file");
+  copied.keep();
+  std::printf("%s: %s\n", target.c_str(), report.c_str());
+  return 0;
+}
+
+// Removes every resource of `type` that no family entry of the right kind refers to.
+size_t purgeUnreferenced(TypeprintResourceFile& rf, uint32_t type, const std::set<int16_t>& referenced) {
+  const int before = rf.countResType(type);
+  purgeAllButOfType(rf, referenced, type);
+  return size_t(before - rf.countResType(type));
+}
+
+}  // namespace
+
+int purgeCommand(const std::vector<std::string>& args) {
+  const EditArgs parsed = parseEditArgs(args, {"--keep-style"});
+  if (!parsed.error.empty()) return usageError("purge", parsed.error);
+  if (!parsed.options.count("--keep-style")) return usageError("purge", "needs --keep-style N");
+  const std::optional<int16_t> style = parseNumber(parsed.options.at("--keep-style"), 0, 0x7F);
+  if (!style) return usageError("purge", "bad style " + parsed.options.at("--keep-style"));
+
+  CopiedFiles copied;
+  std::string error;
+  const std::string target = prepareTarget(parsed, copied, &error);
+  if (!error.empty()) return failure(parsed.operands[0], error);
+  auto rf = TypeprintResourceFile::initWithFile(target, false);
+  if (!rf) return failure(parsed.operands[0], "not a resource-fork font file");
+
+  size_t families = 0;
+  std::set<int16_t> bitmaps, outlines;
+  for (int16_t id : rf->getSortedResIDsForType(kTypeFOND)) {
+    Handle fond = rf->getResourceHandleForType(kTypeFOND, id);
+    // A family without the style keeps all its faces.
+    if (hasStyle(fond, uint16_t(*style))) {
+      purgeAllButFromFOND(*rf, *style, fond);
+      ++families;
+    }
+    for (const FondEntry& entry : fondEntries(HandleBytes(fond))) (entry.isOutline() ? outlines : bitmaps).insert(entry.resID);
+  }
+  if (families == 0) return failure(parsed.operands[0], "no family has style " + std::to_string(*style));
+  const size_t removedBitmaps = purgeUnreferenced(*rf, kTypeNFNT, bitmaps);
+  const size_t removedOutlines = purgeUnreferenced(*rf, kTypeSfnt, outlines);
+  return finish(*rf, target, copied,
+                "kept style " + std::to_string(*style) + " in " + std::to_string(families) + " families; removed " +
+                    std::to_string(removedBitmaps) + " NFNT and " + std::to_string(removedOutlines) + " sfnt resources");
+}
+
+int promoteCommand(const std::vector<std::string>& args) {
+  const EditArgs parsed = parseEditArgs(args, {"--style", "--family"});
+  if (!parsed.error.empty()) return usageError("promote", parsed.error);
+  if (!parsed.options.count("--style")) return usageError("promote", "needs --style N");
+  const std::optional<int16_t> style = parseNumber(parsed.options.at("--style"), 0, 0x7F);
+  if (!style) return usageError("promote", "bad style " + parsed.options.at("--style"));
+  std::optional<int16_t> familyID;
+  if (parsed.options.count("--family")) {
+    familyID = parseNumber(parsed.options.at("--family"), INT16_MIN, INT16_MAX);
+    if (!familyID) return usageError("promote", "bad family ID " + parsed.options.at("--family"));
+  }
+
+  CopiedFiles copied;
+  std::string error;
+  const std::string target = prepareTarget(parsed, copied, &error);
+  if (!error.empty()) return failure(parsed.operands[0], error);
+  auto rf = TypeprintResourceFile::initWithFile(target, false);
+  if (!rf) return failure(parsed.operands[0], "not a resource-fork font file");
+
+  const std::vector<int16_t> families = rf->getSortedResIDsForType(kTypeFOND);
+  if (!familyID && families.size() != 1)
+    return failure(parsed.operands[0], families.empty() ? "no family" : "several families: choose one with --family ID");
+  const int16_t id = familyID.value_or(families.empty() ? 0 : families[0]);
+  Handle fond = rf->getResourceHandleForType(kTypeFOND, id);
+  if (!fond) return failure(parsed.operands[0], "no family with ID " + std::to_string(id));
+  if (!hasStyle(fond, uint16_t(*style)))
+    return failure(parsed.operands[0], "family " + std::to_string(id) + " has no style " + std::to_string(*style));
+  promoteFOND(*rf, fond, *style);
+  std::string name;
+  rf->getResInfo(fond, nullptr, nullptr, &name);
+  return finish(*rf, target, copied,
+                "style " + std::to_string(*style) + " of family " + std::to_string(id) + " is now plain, family \"" +
+                    name + "\"");
+}
+
+}  // namespace typeprint::cli
