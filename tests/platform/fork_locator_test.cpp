@@ -111,15 +111,15 @@ TEST(ForkLocator, EachPlaceOnItsOwn) {
 }
 
 TEST(ForkLocator, PlainFileHasNoResourceForkAndNoCodes) {
-  auto forks = openForks(test::macFixture("e-sfnt/DejaVuSans-kern.ttf"));
+  auto forks = openForks(test::fontPath("sfnt/DejaVuSans-kern.ttf"));
   ASSERT_TRUE(forks);
   EXPECT_EQ(forks->source, ForkSource::Plain);
   EXPECT_TRUE(forks->resourceFork.empty());
   EXPECT_EQ(forks->type, 0u);
   EXPECT_EQ(forks->creator, 0u);
-  EXPECT_EQ(forks->finderSize(), fs::file_size(test::macFixture("e-sfnt/DejaVuSans-kern.ttf")));
-  EXPECT_FALSE(openForks(test::macFixture("e-sfnt/missing.ttf")));
-  EXPECT_FALSE(openForks(test::macFixture("e-sfnt")));
+  EXPECT_EQ(forks->finderSize(), fs::file_size(test::fontPath("sfnt/DejaVuSans-kern.ttf")));
+  EXPECT_FALSE(openForks(test::fontPath("sfnt/missing.ttf")));
+  EXPECT_FALSE(openForks(test::fontPath("sfnt")));
 }
 
 TEST(ForkLocator, PlacesAreTriedInOrder) {

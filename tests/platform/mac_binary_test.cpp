@@ -62,8 +62,8 @@ TEST(MacBinary, DetectsEveryFixtureWriter) {
 
 TEST(MacBinary, OtherFixturesAreNotMacBinary) {
   for (const char* path : {"d-t1mac-lwfn/applesingle/C059Rom", "d-t1mac-lwfn/appledouble/._C059Rom",
-                           "a-dfont/DejaVuSans.dfont", "a-dfont/NimbusSans-CFF.dfont", "e-sfnt/DejaVuSans-kern.ttf",
-                           "e-sfnt/NimbusSans-Regular.otf", "c-type1-family/appledouble/NimbuSanReg"}) {
+                           "a-dfont/DejaVuSans.dfont", "a-dfont/NimbusSans-CFF.dfont", "../sfnt/DejaVuSans-kern.ttf",
+                           "../sfnt/NimbusSans-Regular.otf", "c-type1-family/appledouble/NimbuSanReg"}) {
     SCOPED_TRACE(path);
     auto file = MappedFile::open(test::macFixture(path));
     ASSERT_TRUE(file);

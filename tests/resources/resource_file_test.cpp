@@ -219,7 +219,7 @@ TEST(ResourceFile, NullObjectAndFilesWithoutAMap) {
   EXPECT_FALSE(DetachResource(nullptr));
   EXPECT_FALSE(AllocateResourceFile(nullptr, true));
 
-  for (const char* path : {"e-sfnt/DejaVuSans-kern.ttf", "e-sfnt/NimbusSans-Regular.otf", "e-sfnt/missing.ttf",
+  for (const char* path : {"../sfnt/DejaVuSans-kern.ttf", "../sfnt/NimbusSans-Regular.otf", "../sfnt/missing.ttf",
                            "d-t1mac-lwfn/appledouble/._C059Rom"}) {
     SCOPED_TRACE(path);
     EXPECT_FALSE(open(test::macFixture(path)));
