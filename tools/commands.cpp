@@ -14,51 +14,13 @@
 #include <thread>
 
 #include "analysis/ttc_split.h"
+#include "tools/cli_args.h"
 #include "tools/face_report.h"
 #include "tools/file_walk.h"
 #include "typeprint.h"
 
 namespace typeprint::cli {
 namespace {
-
-struct ParsedArgs {
-  std::map<std::string, std::string> options;  // "--format" -> "json"
-  std::vector<std::string> operands;
-  std::string error;
-};
-
-// Splits "--name value" / "--name=value" options from operands. `known` lists the options that
-// take a value.
-ParsedArgs parseArgs(const std::vector<std::string>& args, const std::set<std::string>& known) {
-  ParsedArgs parsed;
-  for (size_t i = 0; i < args.size(); ++i) {
-    const std::string& a = args[i];
-    if (a.rfind("--", 0) != 0 || a == "--") {
-      parsed.operands.push_back(a);
-      continue;
-    }
-    size_t eq = a.find('=');
-    std::string name = a.substr(0, eq);
-    if (!known.count(name)) {
-      parsed.error = "unknown option " + name;
-      return parsed;
-    }
-    if (eq != std::string::npos) {
-      parsed.options[name] = a.substr(eq + 1);
-    } else if (i + 1 < args.size()) {
-      parsed.options[name] = args[++i];
-    } else {
-      parsed.error = "option " + name + " needs a value";
-      return parsed;
-    }
-  }
-  return parsed;
-}
-
-int usageError(const std::string& message) {
-  std::fprintf(stderr, "typeprint: %s (see typeprint --help)\n", message.c_str());
-  return 2;
-}
 
 bool parseMask(const std::string& text, uint32_t* mask) {
   char* end = nullptr;
@@ -152,15 +114,15 @@ bool reportFailures(const std::vector<FileReport>& reports, const std::vector<st
 }  // namespace
 
 int identifyCommand(const std::vector<std::string>& args) {
-  ParsedArgs parsed = parseArgs(args, {"--format", "--mask"});
-  if (!parsed.error.empty()) return usageError(parsed.error);
-  const std::string format = parsed.options.count("--format") ? parsed.options["--format"] : "text";
+  const ParsedArgs parsed = parseArgs(args, {"--format", "--mask"});
+  if (!parsed.error.empty()) return usageError("", parsed.error);
+  const std::string format = parsed.value("--format", "text");
   if (format != "text" && format != "xml" && format != "plist" && format != "json")
-    return usageError("unknown format " + format);
+    return usageError("", "unknown format " + format);
   uint32_t mask = TP_ATTR_ALL;
-  if (parsed.options.count("--mask") && !parseMask(parsed.options["--mask"], &mask))
-    return usageError("bad mask " + parsed.options["--mask"]);
-  if (parsed.operands.empty()) return usageError("identify needs at least one FILE");
+  if (parsed.has("--mask") && !parseMask(parsed.value("--mask", ""), &mask))
+    return usageError("", "bad mask " + parsed.value("--mask", ""));
+  if (parsed.operands.empty()) return usageError("", "identify needs at least one FILE");
 
   int status = 0;
   std::string jsonItems;
@@ -181,13 +143,13 @@ int identifyCommand(const std::vector<std::string>& args) {
 }
 
 int scanCommand(const std::vector<std::string>& args) {
-  ParsedArgs parsed = parseArgs(args, {"--format", "--jobs"});
-  if (!parsed.error.empty()) return usageError(parsed.error);
-  const std::string format = parsed.options.count("--format") ? parsed.options["--format"] : "text";
-  if (format != "text" && format != "json") return usageError("unknown format " + format);
+  const ParsedArgs parsed = parseArgs(args, {"--format", "--jobs"});
+  if (!parsed.error.empty()) return usageError("", parsed.error);
+  const std::string format = parsed.value("--format", "text");
+  if (format != "text" && format != "json") return usageError("", "unknown format " + format);
   bool jobsOk = true;
   unsigned jobs = parseJobs(parsed, &jobsOk);
-  if (!jobsOk) return usageError("bad --jobs value");
+  if (!jobsOk) return usageError("", "bad --jobs value");
 
   std::vector<std::string> unreadable;
   std::vector<std::string> files = collectFiles(scanRoots(parsed), &unreadable);
@@ -234,11 +196,11 @@ int scanCommand(const std::vector<std::string>& args) {
 }
 
 int duplicatesCommand(const std::vector<std::string>& args) {
-  ParsedArgs parsed = parseArgs(args, {"--jobs"});
-  if (!parsed.error.empty()) return usageError(parsed.error);
+  const ParsedArgs parsed = parseArgs(args, {"--jobs"});
+  if (!parsed.error.empty()) return usageError("", parsed.error);
   bool jobsOk = true;
   unsigned jobs = parseJobs(parsed, &jobsOk);
-  if (!jobsOk) return usageError("bad --jobs value");
+  if (!jobsOk) return usageError("", "bad --jobs value");
   std::vector<std::string> unreadable;
   std::vector<std::string> files = collectFiles(scanRoots(parsed), &unreadable);
   std::vector<FileReport> reports = identifyAll(files, TP_ATTR_ALL, jobs);
@@ -280,7 +242,7 @@ int duplicatesCommand(const std::vector<std::string>& args) {
 }
 
 int splitCommand(const std::vector<std::string>& args) {
-  if (args.size() != 2) return usageError("split needs FILE.ttc OUTDIR");
+  if (args.size() != 2) return usageError("", "split needs FILE.ttc OUTDIR");
   std::error_code ec;
   if (!std::filesystem::is_directory(args[1], ec)) {
     std::fprintf(stderr, "typeprint: %s: not a folder\n", args[1].c_str());
@@ -299,7 +261,7 @@ int splitCommand(const std::vector<std::string>& args) {
 }
 
 int stylesCommand(const std::vector<std::string>& args) {
-  if (args.empty() || args.size() > 2) return usageError("styles needs NAME [NAME2]");
+  if (args.empty() || args.size() > 2) return usageError("", "styles needs NAME [NAME2]");
   const std::string second = args.size() > 1 ? args[1] : "";
   constexpr uint32_t kMaxStyles = 16;
   constexpr int32_t kNameSize = 64;
@@ -314,7 +276,7 @@ int stylesCommand(const std::vector<std::string>& args) {
 }
 
 int classifyCommand(const std::vector<std::string>& args) {
-  if (args.empty() || args.size() > 2) return usageError("classify needs FAMILY [FAMILY2]");
+  if (args.empty() || args.size() > 2) return usageError("", "classify needs FAMILY [FAMILY2]");
   char buffer[256];
   if (TP_GetClassificationFromFamily(args[0].c_str(), args.size() > 1 ? args[1].c_str() : nullptr, buffer,
                                      sizeof buffer) != TP_STATUS_OK)

@@ -10,6 +10,7 @@
 #include <system_error>
 
 #include "platform/linux/file_system.h"
+#include "tools/cli_args.h"
 #include "platform/linux/fork_locator.h"
 #include "resources/family_editing.h"
 #include "resources/fond.h"
@@ -20,45 +21,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct EditArgs {
-  std::map<std::string, std::string> options;  // "--style" -> "1"
-  bool inPlace = false;
-  std::vector<std::string> operands;
-  std::string error;
-};
-
-// Options taking a value ("--name value" or "--name=value"), the --in-place flag, and operands.
-EditArgs parseEditArgs(const std::vector<std::string>& args, const std::set<std::string>& valued) {
-  EditArgs parsed;
-  for (size_t i = 0; i < args.size() && parsed.error.empty(); ++i) {
-    const std::string& a = args[i];
-    if (a == "--in-place") {
-      parsed.inPlace = true;
-    } else if (a.rfind("--", 0) != 0) {
-      parsed.operands.push_back(a);
-    } else {
-      const size_t eq = a.find('=');
-      const std::string name = a.substr(0, eq);
-      if (!valued.count(name))
-        parsed.error = "unknown option " + name;
-      else if (eq != std::string::npos)
-        parsed.options[name] = a.substr(eq + 1);
-      else if (i + 1 < args.size())
-        parsed.options[name] = args[++i];
-      else
-        parsed.error = "option " + name + " needs a value";
-    }
-  }
+// Options, the --in-place flag, and FILE [OUT].
+ParsedArgs parseEditArgs(const std::vector<std::string>& args, const std::set<std::string>& valued) {
+  ParsedArgs parsed = parseArgs(args, valued, {"--in-place"});
   if (parsed.error.empty() && (parsed.operands.empty() || parsed.operands.size() > 2))
     parsed.error = "needs FILE [OUT]";
-  if (parsed.error.empty() && parsed.inPlace && parsed.operands.size() > 1)
+  if (parsed.error.empty() && parsed.has("--in-place") && parsed.operands.size() > 1)
     parsed.error = "--in-place takes no OUT";
   return parsed;
-}
-
-int usageError(const std::string& command, const std::string& message) {
-  std::fprintf(stderr, "typeprint %s: %s (see typeprint --help)\n", command.c_str(), message.c_str());
-  return 2;
 }
 
 int failure(const std::string& path, const std::string& message) {
@@ -128,9 +98,9 @@ std::string copyContainer(const std::string& file, const std::string& copy, Copi
 }
 
 // The file to edit: the original with --in-place, else a fresh copy at OUT or FILE.edited.
-std::string prepareTarget(const EditArgs& parsed, CopiedFiles& copied, std::string* error) {
+std::string prepareTarget(const ParsedArgs& parsed, CopiedFiles& copied, std::string* error) {
   const std::string& file = parsed.operands[0];
-  if (parsed.inPlace) return file;
+  if (parsed.has("--in-place")) return file;
   const std::string target = parsed.operands.size() > 1 ? parsed.operands[1] : file + ".edited";
   *error = copyContainer(file, target, copied);
   return target;
@@ -160,7 +130,7 @@ size_t purgeUnreferenced(TypeprintResourceFile& rf, uint32_t type, const std::se
 }  // namespace
 
 int purgeCommand(const std::vector<std::string>& args) {
-  const EditArgs parsed = parseEditArgs(args, {"--keep-style"});
+  const ParsedArgs parsed = parseEditArgs(args, {"--keep-style"});
   if (!parsed.error.empty()) return usageError("purge", parsed.error);
   if (!parsed.options.count("--keep-style")) return usageError("purge", "needs --keep-style N");
   const std::optional<int16_t> style = parseNumber(parsed.options.at("--keep-style"), 0, 0x7F);
@@ -193,7 +163,7 @@ int purgeCommand(const std::vector<std::string>& args) {
 }
 
 int promoteCommand(const std::vector<std::string>& args) {
-  const EditArgs parsed = parseEditArgs(args, {"--style", "--family"});
+  const ParsedArgs parsed = parseEditArgs(args, {"--style", "--family"});
   if (!parsed.error.empty()) return usageError("promote", parsed.error);
   if (!parsed.options.count("--style")) return usageError("promote", "needs --style N");
   const std::optional<int16_t> style = parseNumber(parsed.options.at("--style"), 0, 0x7F);
