@@ -146,6 +146,7 @@ bool walkResourceFile(const char* path, uint32_t mask, TP_FontArray& array) {
 }  // namespace
 
 bool createSpecifiers(const char* path, uint32_t mask, TP_FontArray& array) {
+  if (isForkCompanion(path)) return false;  // it carries another file's fork, never a font of its own
   const bool found = fontTypeFromExtension(path) == kExtensionTTC ? walkCollection(path, mask, array)
                                                                   : walkResourceFile(path, mask, array);
   if (found) array.RemoveDups();
