@@ -125,6 +125,13 @@ TTCTableDigest TrueTypeCollectionFont::digest(uint32_t offset, uint32_t length) 
   return d;
 }
 
+unsigned int TrueTypeCollectionFont::faceCountInFile() const {
+  const unsigned int listed = faceCount();
+  if (listed == 0) return 0;
+  // Entry i is readable while 12 + 4i + 4 < size.
+  return unsigned(std::min<uint64_t>(listed, (data_.size - kTTCHeaderSize - 1) / 4));
+}
+
 int TrueTypeCollectionFont::GetFaceLayout(unsigned int face, TTCFace& out) {
   out = TTCFace();
   if (face >= faceCount()) return kTTCNoFace;

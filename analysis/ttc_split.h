@@ -74,6 +74,9 @@ class TrueTypeCollectionFont {
   int ReadIntoMemory();
   // numFonts, or 0 when there is no data of more than 12 bytes.
   unsigned int faceCount() const;
+  // The faces whose offset entry lies inside the file: no face after them can be read, so walks
+  // over a damaged count stop there.
+  unsigned int faceCountInFile() const;
   // Face `face` rebuilt in place (see TTCFace).
   int GetFaceLayout(unsigned int face, TTCFace& out);
   // Face `face` rebuilt as bytes; out is emptied on failure.

@@ -33,7 +33,7 @@ T* wanted(uint32_t mask, uint32_t bit, T& field) {
 bool walkCollection(const char* path, uint32_t mask, TP_FontArray& array) {
   TrueTypeCollectionFont collection{std::string(path)};
   bool found = false;
-  const unsigned int faces = collection.faceCount();
+  const unsigned int faces = collection.faceCountInFile();
   for (unsigned int i = 0; i < faces; ++i) {
     TTCFace face;
     if (collection.GetFaceLayout(i, face) != 0) continue;
