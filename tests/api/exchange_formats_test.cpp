@@ -25,7 +25,6 @@ TP_FontSpecifier sampleFace() {
   s.postScriptName = "NimbusSans-Regular";
   s.familyName = "Nimbus Sans";
   s.version = "Version 1.00";
-  s.platform = "crossplatform";
   s.foundryName = "Nobody Known";  // written as the foundry getter answers it: "--"
   s.kerningChecksum = 0x00ABCDEF;
   s.typeprintChecksum = 0x1234ABCD;
@@ -47,8 +46,9 @@ std::string write(TP_Status (*writer)(TP_FontArray*, char*, uint32_t*), TP_FontA
   return std::string(buffer.data());
 }
 
-// The writer answers through the getters (trimmed version, "--" for an unknown foundry). Reading
-// back sets the nine bits of the written tags, and style and family ID read as 0, not -1.
+// The writer answers through the getters (trimmed version, "--" for an unknown foundry) and
+// truncates into a short buffer, reporting the full size. Reading back sets the nine bits of the
+// written tags, and style and family ID read as 0, not -1.
 TEST(XMLRepresentation, WritesTheDocumentCharacterForCharacterAndReadsItBack) {
   TP_FontArray *array = arrayOf({sampleFace()}), *back = nullptr;
   const std::string xml = write(TP_GetXMLRepresentation, array);
@@ -65,6 +65,12 @@ TEST(XMLRepresentation, WritesTheDocumentCharacterForCharacterAndReadsItBack) {
                      "\t\t<OutlineFileName></OutlineFileName>\n"
                      "\t</FontData>\n"
                      "</TypeprintData>\n");
+  char buffer[16];
+  uint32_t size = 10;
+  EXPECT_EQ(TP_GetXMLRepresentation(array, buffer, &size), TP_STATUS_RANGE);
+  EXPECT_EQ(std::string(buffer), xml.substr(0, 9));
+  EXPECT_EQ(size, xml.size() + 1);
+  EXPECT_EQ(TP_GetXMLRepresentation(nullptr, buffer, &size), TP_STATUS_FAILED);
   ASSERT_EQ(TP_CreateSpecifierFromXML(xml.c_str(), &back), TP_STATUS_OK);
   ASSERT_EQ(back->count(), 1u);
   EXPECT_EQ(back->at(0).attributes, 0x703Fu);
@@ -73,31 +79,15 @@ TEST(XMLRepresentation, WritesTheDocumentCharacterForCharacterAndReadsItBack) {
   EXPECT_EQ(back->at(0).fondResID, 0);
   TP_SpecifierFree(array);
   TP_SpecifierFree(back);
-}
-
-// An empty array still gets the skeleton, with status 1; a short buffer gets a truncated document.
-TEST(XMLRepresentation, EmptyArrayAndShortBuffers) {
-  TP_FontArray* empty = arrayOf({});
-  const std::string skeleton = std::string(kXMLHead) + "</TypeprintData>\n";
-  EXPECT_EQ(write(TP_GetXMLRepresentation, empty, TP_STATUS_FAILED), skeleton);
-  char buffer[16];
-  uint32_t size = 10;
-  EXPECT_EQ(TP_GetXMLRepresentation(empty, buffer, &size), TP_STATUS_RANGE);
-  EXPECT_EQ(std::string(buffer), skeleton.substr(0, 9));
-  EXPECT_EQ(size, skeleton.size() + 1);
-  EXPECT_EQ(TP_GetXMLRepresentation(nullptr, buffer, &size), TP_STATUS_FAILED);
+  TP_FontArray* empty = arrayOf({});  // still gets the skeleton, with status 1
+  EXPECT_EQ(write(TP_GetXMLRepresentation, empty, TP_STATUS_FAILED), std::string(kXMLHead) + "</TypeprintData>\n");
   TP_SpecifierFree(empty);
 }
 
 // The reader searches each tag from the block's start to the end of the document; checksums are
-// read as signed 32-bit longs, saturating, with negatives wrapping.
+// read as signed 32-bit longs, saturating, with negatives wrapping. `probe`: the record checked.
 TEST(XMLRepresentation, ReaderQuirks) {
-  const struct {
-    const char *what, *xml;
-    TP_Status status;
-    size_t count, probe;  // probe: the record whose attributes and checksum are checked
-    uint32_t attributes, checksum;
-  } rows[] = {
+  const struct { const char *what, *xml; TP_Status status; size_t count, probe; uint32_t bits, checksum; } rows[] = {
       {"no block", "<TypeprintData></TypeprintData>", TP_STATUS_RANGE, 0, 0, 0, 0},
       {"only block unclosed", "<FontData><Family>A</Family>", TP_STATUS_RANGE, 0, 0, 0, 0},
       {"empty FontKind still sets its bit", "<FontData><FontKind></FontKind></FontData>", TP_STATUS_OK, 1, 0, 0x2, 0},
@@ -120,14 +110,13 @@ TEST(XMLRepresentation, ReaderQuirks) {
       continue;
     }
     ASSERT_EQ(out->count(), row.count);
-    EXPECT_EQ(out->at(row.probe).attributes, row.attributes);
+    EXPECT_EQ(out->at(row.probe).attributes, row.bits);
     EXPECT_EQ(out->at(row.probe).typeprintChecksum, row.checksum);
     TP_SpecifierFree(out);
   }
 }
 
-// A face without a checksum is written with its kerning checksum under "Checksum", so the first
-// read-back differs; from then on the document is stable.
+// A face without a checksum is written with its kerning checksum under "Checksum".
 TEST(PropertyListRepresentation, RoundTripAndChecksumQuirk) {
   TP_FontSpecifier noChecksum = sampleFace();
   noChecksum.postScriptName = "Other";
@@ -135,16 +124,14 @@ TEST(PropertyListRepresentation, RoundTripAndChecksumQuirk) {
   TP_FontArray* array = arrayOf({sampleFace(), noChecksum});
   const std::string text = write(TP_GetPropertyListRepresentation, array);
   EXPECT_NE(text.find("<key>Keywords</key>"), std::string::npos);
-  TP_FontArray *back = nullptr, *again = nullptr;
+  TP_FontArray* back = nullptr;
   ASSERT_EQ(TP_CreateSpecifierFromPropertyList(text.c_str(), &back), TP_STATUS_OK);
   ASSERT_EQ(back->count(), 2u);
   EXPECT_EQ(back->at(0).attributes, 0x703Fu);
   EXPECT_EQ(back->at(0).typeprintChecksum, 0x1234ABCDu);
   EXPECT_EQ(back->at(1).typeprintChecksum, 0x00ABCDEFu);
-  const std::string rewritten = write(TP_GetPropertyListRepresentation, back);
-  ASSERT_EQ(TP_CreateSpecifierFromPropertyList(rewritten.c_str(), &again), TP_STATUS_OK);
-  EXPECT_EQ(write(TP_GetPropertyListRepresentation, again), rewritten);
-  for (TP_FontArray* a : {array, back, again}) TP_SpecifierFree(a);
+  TP_SpecifierFree(array);
+  TP_SpecifierFree(back);
 }
 
 TEST(PropertyListRepresentation, ReaderRejectsWhatIsNotAnArrayOfFaces) {
@@ -152,7 +139,6 @@ TEST(PropertyListRepresentation, ReaderRejectsWhatIsNotAnArrayOfFaces) {
   const std::string face = "<dict><key>PostScriptName</key><string>A</string></dict>";
   const struct { const char* what; std::string text; TP_Status status; } rows[] = {
       {"not a property list", "hello", TP_STATUS_FAILED},
-      {"empty text", "", TP_STATUS_FAILED},
       {"root is a dictionary", head + face + "</plist>", TP_STATUS_FAILED},
       {"empty array", head + "<array/></plist>", TP_STATUS_FAILED},
       {"names only, equal names collapse", head + "<array>" + face + face + "</array></plist>", TP_STATUS_OK},

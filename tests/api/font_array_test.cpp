@@ -84,18 +84,14 @@ TEST(FontArray, RemoveDupsKeepsLowestStyleFromARealResource) {
 class CInterface : public ::testing::Test {
  protected:
   void SetUp() override {
-    array_ = new TP_FontArray;
-    Spec a = complete();
-    a.fondResID = 300;
+    Spec a = complete(), b = face("Other", 0, 1, TP_ATTR_POSTSCRIPT_NAME);
     a.style = 1;
-    a.fullName = "Garamond Bold";
+    a.fondResID = b.fondResID = 300;
     array_->append(a);
-    Spec b = face("Other", 0, 1, TP_ATTR_POSTSCRIPT_NAME);
-    b.fondResID = 300;
     array_->append(b);
   }
   void TearDown() override { EXPECT_EQ(TP_SpecifierFree(array_), TP_STATUS_OK); }
-  TP_FontArray* array_ = nullptr;
+  TP_FontArray* array_ = new TP_FontArray;
 };
 
 TEST_F(CInterface, OutStringRule) {
@@ -129,8 +125,6 @@ TEST_F(CInterface, StatusOrderOfGetters) {
   EXPECT_EQ(TP_GetFamilyName(array_, 0, nullptr, 32), TP_STATUS_FAILED);
   EXPECT_EQ(TP_GetFamilyName(array_, 2, buffer, 32), TP_STATUS_RANGE);
   EXPECT_EQ(TP_GetFamilyName(array_, 1, buffer, 32), TP_STATUS_NOT_COLLECTED);
-  EXPECT_EQ(TP_GetOutlineFileSize(array_, 0, &value), TP_STATUS_OK);
-  EXPECT_EQ(value, 5000u);
   EXPECT_EQ(TP_GetOutlineFileSize(array_, 0, nullptr), TP_STATUS_FAILED);
   EXPECT_EQ(TP_GetKerningChecksum(array_, 9, &value), TP_STATUS_RANGE);
   EXPECT_EQ(TP_GetKerningChecksum(array_, 1, &value), TP_STATUS_NOT_COLLECTED);
@@ -157,23 +151,11 @@ TEST_F(CInterface, VersionIsTrimmedToItsNumber) {
   }
 }
 
-TEST_F(CInterface, WindowsFullNameFallsBackToFullName) {
-  char buffer[32];
-  EXPECT_EQ(TP_GetWindowsFullName(array_, 0, buffer, 32), TP_STATUS_OK);
-  EXPECT_STREQ(buffer, "Garamond Bold");
-  array_->specifiers[0].attributes &= ~TP_ATTR_FULL_NAME;
-  EXPECT_EQ(TP_GetWindowsFullName(array_, 0, buffer, 32), TP_STATUS_NOT_COLLECTED);
-  array_->specifiers[0].windowsFullName = "Garamond Win";
-  EXPECT_EQ(TP_GetWindowsFullName(array_, 0, buffer, 32), TP_STATUS_OK);
-  EXPECT_STREQ(buffer, "Garamond Win");
-}
-
 TEST_F(CInterface, MatchAndFondLookup) {
   uint32_t matching = 7, differing = 7, index = 7;
-  EXPECT_EQ(TP_Match(array_, 0, array_, 0, &matching, &differing), TP_STATUS_OK);
-  EXPECT_EQ(matching, 0x303Fu);
-  EXPECT_EQ(differing, 0u);
-  differing = 7;
+  EXPECT_EQ(TP_Match(array_, 0, array_, 1, &matching, &differing), TP_STATUS_OK);
+  EXPECT_EQ(matching, 0u);
+  EXPECT_EQ(differing, uint32_t(TP_ATTR_POSTSCRIPT_NAME));
   EXPECT_EQ(TP_Match(array_, 0, array_, 5, &matching, &differing), TP_STATUS_RANGE);
   EXPECT_EQ(matching | differing, 0u);  // both zeroed before the index check
   EXPECT_EQ(TP_Match(nullptr, 0, array_, 0, &matching, &differing), TP_STATUS_FAILED);
