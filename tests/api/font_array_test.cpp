@@ -69,8 +69,7 @@ TEST(FontArray, RemoveDupsKeepsLowestStyleFromARealResource) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
-    TP_FontArray array;
-    for (const auto& f : row.faces) array.append(f);
+    TP_FontArray array{row.faces};
     array.RemoveDups();
     std::string kept;
     for (const Spec& s : array.specifiers)
