@@ -13,10 +13,10 @@
 
 namespace {
 
-using Spec = TP_FontSpecifier;
+using Record = TP_FontSpecifier;
 
-Spec face(const char* psName, int32_t style, int32_t firstRes, uint32_t mask = TP_ATTR_ALL) {
-  Spec s;
+Record face(const char* psName, int32_t style, int32_t firstRes, uint32_t mask = TP_ATTR_ALL) {
+  Record s;
   s.postScriptName = psName;
   s.style = style;
   s.firstFontResID = firstRes;
@@ -24,8 +24,8 @@ Spec face(const char* psName, int32_t style, int32_t firstRes, uint32_t mask = T
   return s;
 }
 
-Spec complete() {
-  Spec s = face("Garamond-Bold", 0, 128);
+Record complete() {
+  Record s = face("Garamond-Bold", 0, 128);
   s.kindName = "PostScript";
   s.familyName = "Garamond";
   s.foundryName = "Adobe";
@@ -38,20 +38,20 @@ Spec complete() {
 
 // Each row compares a complete record with a copy of itself, changed as the row says.
 TEST(FontSpecifier, CopiesMatchAndDiffer) {
-  const struct { const char* what; void (*change)(Spec&, Spec&); uint32_t matching, differing; } rows[] = {
-      {"identical copy", [](Spec&, Spec&) {}, 0x303F, 0},
-      {"one version empty", [](Spec& a, Spec&) { a.version.clear(); }, 0x3037, 0},
-      {"family differs in case only", [](Spec&, Spec& b) { b.familyName = "GARAMOND"; }, 0x303F, 0x1000},
-      {"both empty strings match", [](Spec& a, Spec& b) { a.foundryName.clear(); b.foundryName.clear(); }, 0x303F, 0},
-      {"zero numbers never match", [](Spec& a, Spec& b) { a.kerningChecksum = b.kerningChecksum = 0; }, 0x302F, 0},
-      {"different sizes", [](Spec&, Spec& b) { b.outlineFileSize = 4; }, 0x301F, 0x20},
-      {"bit off on one side", [](Spec& a, Spec& b) { a.attributes &= ~TP_ATTR_VERSION; b.version = "2"; }, 0x3037, 0},
-      {"checksums take no part", [](Spec& a, Spec&) { a.typeprintChecksum = 1; }, 0x303F, 0},
+  const struct { const char* what; void (*change)(Record&, Record&); uint32_t matching, differing; } rows[] = {
+      {"identical copy", [](Record&, Record&) {}, 0x303F, 0},
+      {"one version empty", [](Record& a, Record&) { a.version.clear(); }, 0x3037, 0},
+      {"family differs in case only", [](Record&, Record& b) { b.familyName = "GARAMOND"; }, 0x303F, 0x1000},
+      {"both empty strings match", [](Record& a, Record& b) { a.foundryName.clear(); b.foundryName.clear(); }, 0x303F, 0},
+      {"zero numbers never match", [](Record& a, Record& b) { a.kerningChecksum = b.kerningChecksum = 0; }, 0x302F, 0},
+      {"different sizes", [](Record&, Record& b) { b.outlineFileSize = 4; }, 0x301F, 0x20},
+      {"bit off on one side", [](Record& a, Record& b) { a.attributes &= ~TP_ATTR_VERSION; b.version = "2"; }, 0x3037, 0},
+      {"checksums take no part", [](Record& a, Record&) { a.typeprintChecksum = 1; }, 0x303F, 0},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
-    Spec a = complete();
-    Spec b = a;
+    Record a = complete();
+    Record b = a;
     row.change(a, b);
     EXPECT_EQ(a.MatchingAttributes(b), row.matching);
     EXPECT_EQ(a.DifferingAttributes(b), row.differing);
@@ -61,7 +61,7 @@ TEST(FontSpecifier, CopiesMatchAndDiffer) {
 // One record per name (compared without case), in order of first appearance; a later record of
 // lower style replaces the first only when it comes from a real font resource.
 TEST(FontArray, RemoveDupsKeepsLowestStyleFromARealResource) {
-  const struct { const char* what; std::vector<Spec> faces; const char* kept; } rows[] = {  // kept: name/style/resource
+  const struct { const char* what; std::vector<Record> faces; const char* kept; } rows[] = {  // kept: name/style/resource
       {"lower styles replace in place",
        {face("A", 2, -1), face("B", 0, 1), face("A", 0, 128), face("A", 1, 128), face("b", 0, 1)}, "A/0/128 B/0/1 "},
       {"resource 0 cannot replace, empty names are one name",
@@ -72,7 +72,7 @@ TEST(FontArray, RemoveDupsKeepsLowestStyleFromARealResource) {
     TP_FontArray array{row.faces};
     array.RemoveDups();
     std::string kept;
-    for (const Spec& s : array.specifiers)
+    for (const Record& s : array.specifiers)
       kept += std::string(s.postScriptName) + "/" + std::to_string(s.style) + "/" +
               std::to_string(s.firstFontResID) + " ";
     EXPECT_EQ(kept, row.kept);
@@ -83,7 +83,7 @@ TEST(FontArray, RemoveDupsKeepsLowestStyleFromARealResource) {
 class CInterface : public ::testing::Test {
  protected:
   void SetUp() override {
-    Spec a = complete(), b = face("Other", 0, 1, TP_ATTR_POSTSCRIPT_NAME);
+    Record a = complete(), b = face("Other", 0, 1, TP_ATTR_POSTSCRIPT_NAME);
     a.style = 1;
     a.fondResID = b.fondResID = 300;
     array_->append(a);
