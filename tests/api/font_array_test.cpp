@@ -42,10 +42,10 @@ TEST(FontSpecifier, CopiesMatchAndDiffer) {
       {"identical copy", [](Record&, Record&) {}, 0x303F, 0},
       {"one version empty", [](Record& a, Record&) { a.version.clear(); }, 0x3037, 0},
       {"family differs in case only", [](Record&, Record& b) { b.familyName = "GARAMOND"; }, 0x303F, 0x1000},
-      {"both empty strings match", [](Record& a, Record& b) { a.foundryName.clear(); b.foundryName.clear(); }, 0x303F, 0},
+      {"both empty match", [](Record& a, Record& b) { a.foundryName.clear(); b.foundryName.clear(); }, 0x303F, 0},
       {"zero numbers never match", [](Record& a, Record& b) { a.kerningChecksum = b.kerningChecksum = 0; }, 0x302F, 0},
       {"different sizes", [](Record&, Record& b) { b.outlineFileSize = 4; }, 0x301F, 0x20},
-      {"bit off on one side", [](Record& a, Record& b) { a.attributes &= ~TP_ATTR_VERSION; b.version = "2"; }, 0x3037, 0},
+      {"bit off one side", [](Record& a, Record& b) { a.attributes &= ~TP_ATTR_VERSION; b.version = "2"; }, 0x3037, 0},
       {"checksums take no part", [](Record& a, Record&) { a.typeprintChecksum = 1; }, 0x303F, 0},
   };
   for (const auto& row : rows) {
@@ -59,9 +59,9 @@ TEST(FontSpecifier, CopiesMatchAndDiffer) {
 }
 
 // One record per name (compared without case), in order of first appearance; a later record of
-// lower style replaces the first only when it comes from a real font resource.
+// lower style replaces the first only when it comes from a real font resource. Kept: name/style/resource.
 TEST(FontArray, RemoveDupsKeepsLowestStyleFromARealResource) {
-  const struct { const char* what; std::vector<Record> faces; const char* kept; } rows[] = {  // kept: name/style/resource
+  const struct { const char* what; std::vector<Record> faces; const char* kept; } rows[] = {
       {"lower styles replace in place",
        {face("A", 2, -1), face("B", 0, 1), face("A", 0, 128), face("A", 1, 128), face("b", 0, 1)}, "A/0/128 B/0/1 "},
       {"resource 0 cannot replace, empty names are one name",
