@@ -133,6 +133,7 @@ TEST(CreateSpecifier, RefusesWhatIsNoFace) {
       {"names cut off", dir.file("cut.ttf")},
       {"text named as a collection", dir.file("notes.ttc")},
       {"Type 1 program: known only through its Mac or metrics companions", fontPath("type1/NimbusRoman-Regular.pfb")},
+      {"a fork companion is no font of its own", fontPath("mac/b-suitcase-truetype/appledouble/._DejaVuSans")},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);

@@ -150,6 +150,19 @@ TEST_F(CInterface, VersionIsTrimmedToItsNumber) {
   }
 }
 
+TEST_F(CInterface, WindowsFullNameFallsBackToTheFullNameAndItsGate) {
+  char buffer[32];
+  Record& face = array_->specifiers[0];
+  face.fullName = "Garamond Bold";
+  EXPECT_EQ(TP_GetWindowsFullName(array_, 0, buffer, 32), TP_STATUS_OK);
+  EXPECT_STREQ(buffer, "Garamond Bold");
+  face.attributes &= ~TP_ATTR_FULL_NAME;  // the fallback answers with the full name's gate
+  EXPECT_EQ(TP_GetWindowsFullName(array_, 0, buffer, 32), TP_STATUS_NOT_COLLECTED);
+  face.windowsFullName = "Garamond Win";
+  EXPECT_EQ(TP_GetWindowsFullName(array_, 0, buffer, 32), TP_STATUS_OK);
+  EXPECT_STREQ(buffer, "Garamond Win");
+}
+
 TEST_F(CInterface, MatchAndFondLookup) {
   uint32_t matching = 7, differing = 7, index = 7;
   EXPECT_EQ(TP_Match(array_, 0, array_, 1, &matching, &differing), TP_STATUS_OK);
