@@ -43,18 +43,13 @@ TEST(PlistHelpers, NumberGettersClampAndReportExactness) {
   Dictionary dict = {{"int", PlistValue::integer(70000)}, {"big", PlistValue::integer(1LL << 40)},
                      {"twoHalf", PlistValue::real(2.5)},  {"tenth", PlistValue::real(0.1)},
                      {"text", PlistValue::string("12")}};
-  const struct { const char* what; std::pair<bool, double> got; bool exact; double value; } rows[] = {
-      {"long of 70000", get(GetLongFromDict, dict, "int"), true, 70000},
-      {"short of 70000", get(GetShortFromDict, dict, "int"), false, 32767},
-      {"long of 2^40", get(GetLongFromDict, dict, "big"), false, 2147483647},
-      {"long of 2.5", get(GetLongFromDict, dict, "twoHalf"), false, 2},
-      {"float of 0.1", get(GetFloatFromDict, dict, "tenth"), false, double(0.1f)},
-      {"long of a string", get(GetLongFromDict, dict, "text"), false, 0},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.what);
-    EXPECT_EQ(row.got, std::make_pair(row.exact, row.value));
-  }
+  using Got = std::pair<bool, double>;  // exact, value
+  EXPECT_EQ(get(GetLongFromDict, dict, "int"), Got(true, 70000));
+  EXPECT_EQ(get(GetShortFromDict, dict, "int"), Got(false, 32767));
+  EXPECT_EQ(get(GetLongFromDict, dict, "big"), Got(false, 2147483647));
+  EXPECT_EQ(get(GetLongFromDict, dict, "twoHalf"), Got(false, 2));
+  EXPECT_EQ(get(GetFloatFromDict, dict, "tenth"), Got(false, double(0.1f)));
+  EXPECT_EQ(get(GetLongFromDict, dict, "text"), Got(false, 0));
   EXPECT_EQ(GetCFArrayFromDict(dict, "text"), nullptr) << "a value of another type counts as absent";
 }
 
@@ -92,14 +87,13 @@ TEST(PlistHelpers, FilesRoundTripAndPrintTheirMessages) {
   test::writeFile(dir.file("empty"), "");
   test::writeFile(dir.file("junk"), "not a property list");
   const uint8_t twoBytes[] = {1, 2};
-  const std::string unwritable = dir.file("no/x");
   const struct { const char* what; std::function<bool()> act; const char* printed; } rows[] = {
       {"empty file", [&] { return bool(QCFCreateCFDataRefFromPath(dir.file("empty"))); },
        "QCFUtils::QCFCreateCFDataRefFromPath:  error getting file length & rewinding file "},
       {"missing file", [&] { return bool(QCFCreateCFPropertyListFromPath(dir.file("none"))); }, ""},
       {"not a property list", [&] { return bool(QCFCreateCFPropertyListFromPath(dir.file("junk"))); },
        "QCFUtils::QCFCreateCFPropertyListFromPath:  error returned."},
-      {"unwritable path", [&] { return QCFWriteCFDataRefToXMLFile(ByteSpan(twoBytes, 2), unwritable); },
+      {"unwritable path", [&] { return QCFWriteCFDataRefToXMLFile(ByteSpan(twoBytes, 2), dir.file("no/x")); },
        "*** QCFUtils::QCFWriteCFDataRefToXMLFile:  Error opening file for writing.\n"},
       {"null data", [&] { return QCFWriteCFDataRefToXMLFile(ByteSpan(), dir.file("x")); },
        "*** QCFUtils::QCFWriteCFDataRefToXMLFile:  Failed to create buffer from CFDataRef.\n"},

