@@ -59,12 +59,9 @@ TEST(FoundryGetters, ModernTrustsTheTextLegacyTheCreatorCodes) {
 }
 
 TEST(FoundryGetters, StatusOrder) {
-  using Getter = TP_Status (*)(TP_FontArray*, uint32_t, char*, int32_t);
-  const Getter getters[] = {TP_GetFoundryName, TP_GetLegacyFoundryName};
   Array ungated = oneFace("crossplatform", "DejaVu fonts team", 0, 0, TP_ATTR_ALL & ~TP_ATTR_FOUNDRY_NAME);
   Array macUngated = oneFace("mac", "DejaVu fonts team", tag("ASPF"), 0, TP_ATTR_FAMILY_NAME);
-  for (Getter get : getters) {
-    SCOPED_TRACE(get == TP_GetFoundryName ? "modern" : "legacy");
+  for (auto get : {TP_GetFoundryName, TP_GetLegacyFoundryName}) {
     char buffer[16] = "untouched";
     EXPECT_EQ(get(nullptr, 5, nullptr, 16), TP_STATUS_FAILED);
     EXPECT_EQ(get(ungated.get(), 1, buffer, sizeof buffer), TP_STATUS_RANGE);

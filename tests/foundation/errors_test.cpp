@@ -11,7 +11,7 @@
 namespace typeprint {
 namespace {
 
-TEST(Errors, ExceptionTexts) {
+TEST(Errors, ExceptionAndDebugTexts) {
   EXPECT_EQ(ErrMsgWithValue("x", -5), "x:-5");
   UXFileSystemException fs("Bad filename in UxFileSpecification::GetName", -37);
   const OSErrException& asBase = fs;
@@ -33,9 +33,7 @@ TEST(Errors, ExceptionTexts) {
     EXPECT_EQ(dynamic_cast<const OSErrException*>(&e), nullptr) << "a plain runtime_error is expected";
     EXPECT_EQ(std::string(e.what()), std::string(UxString(2, kAppErrDataFile)));
   }
-}
 
-TEST(Errors, DebugStringIsOneLineCutAt2047Bytes) {
   testing::internal::CaptureStderr();
   OutputFormattedDebugString("font %d of %s", 3, "Garamond");
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "font 3 of Garamond\n");

@@ -1,7 +1,6 @@
-// Path parsing rules, file and folder locations and standard folders.
+// Path parsing rules and file and folder locations.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -88,20 +87,6 @@ TEST(FileLocation, ResolvesItemsInExistingFoldersOnly) {
   EXPECT_EQ(thrown([] { UxFileSpecification("/").GetName(); }), "Bad filename in UxFileSpecification::GetName:-37");
   EXPECT_EQ(thrown([] { UxDirectorySpecification("/").GetName(); }),
             "Bad filename in UxDirectorySpecification::GetName:-37");
-}
-
-TEST(StandardFolders, FollowTheXdgConventions) {
-  ScratchDir home;
-  const char* names[] = {"HOME", "XDG_DATA_HOME"};
-  std::string saved[2];
-  for (int i = 0; i < 2; ++i) saved[i] = std::getenv(names[i]) ? std::getenv(names[i]) : "";
-  setenv("HOME", home.path().c_str(), 1);
-  setenv("XDG_DATA_HOME", home.file("data").c_str(), 1);
-  UxString desktop, trash;
-  EXPECT_EQ(Parser::MacGetStandardFolder(Parser::kDesktopFolderType, 0, desktop, false), -43) << "not made unasked";
-  EXPECT_EQ(Parser::MacGetStandardFolder(Parser::kTrashFolderType, 0, trash, true), 0);
-  EXPECT_EQ(std::string(trash), home.file("data/Trash/"));
-  for (int i = 0; i < 2; ++i) saved[i].empty() ? unsetenv(names[i]) : setenv(names[i], saved[i].c_str(), 1);
 }
 
 }  // namespace

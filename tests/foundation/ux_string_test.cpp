@@ -65,12 +65,10 @@ TEST(UxString, WideConversions) {
   std::string out = "unchanged";
   EXPECT_EQ(WideToUTF8(std::wstring{0xD800}, &out), 0u) << "a lone surrogate cannot be encoded";
   EXPECT_EQ(out, "unchanged");
-  EXPECT_EQ(WideToUTF8(std::wstring{0x1F600}, &out), 3u) << "wide characters are cut to 16 bits";
-  EXPECT_EQ(out, "\xEF\x98\x80");
   EXPECT_EQ(UTF16ToWide(std::u16string{u'a', 0, u'b'}), L"a") << "copying stops at a zero unit";
 }
 
-TEST(UxString, SetDecodesOrFailsLeavingTheText) {
+TEST(UxString, EncodingsAndStringLists) {
   const struct { const char* what; std::string bytes; TextEncoding encoding; bool ok; const char* text; } rows[] = {
       {"Mac Roman e-acute", "Caf\x8E", TextEncoding::MacRoman, true, "Caf\xC3\xA9"},
       {"Shift-JIS hiragana a", "\x82\xA0", TextEncoding::MacJapanese, true, "\xE3\x81\x82"},
@@ -89,9 +87,6 @@ TEST(UxString, SetDecodesOrFailsLeavingTheText) {
   UxString cafe("Caf\xC3\xA9");
   EXPECT_EQ(cafe.GetEncoded(TextEncoding::MacRoman), std::optional<std::string>("Caf\x8E"));
   EXPECT_EQ(UxString("\xE2\x98\x83").GetEncoded(TextEncoding::MacRoman), std::nullopt) << "no snowman in Mac Roman";
-}
-
-TEST(UxString, StringListLookups) {
   EXPECT_FALSE(UxString::LoadResource(2, 1).empty());
   EXPECT_TRUE(UxString::LoadResource(2, 0).empty()) << "indexes count from 1";
   EXPECT_TRUE(UxString::LoadResource(99, 1).empty());
