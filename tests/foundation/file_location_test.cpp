@@ -1,7 +1,6 @@
 // Path parsing rules and file and folder locations.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <functional>
 #include <string>
 
@@ -49,7 +48,7 @@ TEST(PathParsing, ExtensionsAndComponents) {
 
 TEST(PathParsing, BootVolumeAndIllegalCharacters) {
   const struct { const char* path; bool boot; } volumes[] = {
-      {"/Users/x", true}, {"/Volumes/Data/x", false}, {"/Volumes/D", false}, {"/VolumesX/y", true}};
+      {"/Users/x", true}, {"/Volumes/Data/x", false}, {"/VolumesX/y", true}};
   for (const auto& row : volumes) {
     SCOPED_TRACE(row.path);
     short volume = 5;
@@ -74,14 +73,10 @@ TEST(FileLocation, ResolvesItemsInExistingFoldersOnly) {
   EXPECT_FALSE(inMissing.IsValid());
   EXPECT_EQ(thrown([&] { inMissing = UxString(dir.file("missing/new.otf")); }),
             "Path not found in UxFileSpecification::GetName:-36");
-  UxString relative("some/file");
-  Parser::ExpandPartialPath(relative);
-  EXPECT_EQ(std::string(relative), std::filesystem::current_path().string() + "/some/file");
 
   UxDirectorySpecification folder(dir.path()), parent;
   EXPECT_EQ(std::string(folder.GetFullPath()), dir.path() + "/") << "folders end with the delimiter";
-  UxFileSpecification file(folder, "f.otf");
-  file.GetParentDirectory(parent);
+  UxFileSpecification(folder, "f.otf").GetParentDirectory(parent);
   EXPECT_EQ(parent, folder);
   for (const char* bad : {"", "..", "a/b"}) EXPECT_FALSE(UxFileSpecification(folder, bad).IsValid()) << bad;
   EXPECT_EQ(thrown([] { UxFileSpecification("/").GetName(); }), "Bad filename in UxFileSpecification::GetName:-37");

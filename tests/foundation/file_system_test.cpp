@@ -1,5 +1,4 @@
-// File-system operations in a scratch folder: copy, move, delete, folder trees, and the trash
-// with its naming rule.
+// File-system operations in a scratch folder: copy, move, and the trash with its naming rule.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -37,23 +36,6 @@ TEST(FileSystem, CopyAndMoveNeverReplaceUnlessAsked) {
   ASSERT_TRUE(OSCopyFile(dir.file("src/"), dir.file("dst/"), false));
   EXPECT_EQ(readFile(dir.file("dst/x/y/deep")), "2");
   EXPECT_EQ(fs::read_symlink(dir.file("dst/x/y/link")), "deep") << "links are copied as links";
-}
-
-TEST(FileSystem, FolderCreationDeletionAndEmptiness) {
-  ScratchDir dir;
-  writeFile(dir.file("locked"), "x");
-  fs::permissions(dir.file("locked"), fs::perms::owner_read);
-  EXPECT_TRUE(DeleteFile(dir.file("locked"), false));
-  EXPECT_FALSE(there(dir.file("locked")));
-  EXPECT_TRUE(MakeFullPath(dir.file("a/b/c/file.otf")));
-  EXPECT_TRUE(fs::is_directory(dir.file("a/b/c")));
-  EXPECT_FALSE(there(dir.file("a/b/c/file.otf"))) << "the last component is a file name";
-
-
-  fs::create_directories(dir.file("root/k/l/m"));
-  writeFile(dir.file("root/k/keep"), "");
-  EXPECT_EQ(DeleteEmptyParentFolders(dir.file("root/k/l/m/gone.otf"), dir.file("root")), 2);
-  EXPECT_TRUE(fs::is_directory(dir.file("root/k")));
 }
 
 TEST(FileSystem, DescendantsIgnoreCase) {

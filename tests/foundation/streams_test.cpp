@@ -1,7 +1,6 @@
 // Whole-file reads and writes on C streams.
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -15,9 +14,8 @@ namespace {
 TEST(Streams, WholeFilesReadWithANulAndWrittenOverTheOld) {
   test::ScratchDir dir;
   test::writeFile(dir.file("f"), "a much longer old text");
-  std::filesystem::permissions(dir.file("f"), std::filesystem::perms::owner_read);
-  EXPECT_EQ(UxStreams::WriteWholeUTF8File(dir.file("f"), std::string("ab\0\xFF", 4)), 0) << "a locked file";
-  EXPECT_EQ(UxStreams::WriteWholeUTF8File(dir.file("no/f"), "x"), -1);
+  std::filesystem::permissions(dir.file("f"), std::filesystem::perms::owner_read);  // locked
+  EXPECT_EQ(UxStreams::WriteWholeUTF8File(dir.file("f"), std::string("ab\0\xFF", 4)), 0);
 
   void* data = nullptr;
   unsigned long length = 99;
@@ -29,14 +27,6 @@ TEST(Streams, WholeFilesReadWithANulAndWrittenOverTheOld) {
   EXPECT_EQ(UxStreams::ReadWholeUTF8File(dir.file("f"), &text), 0);
   EXPECT_EQ(std::string(text), "ab") << "text stops at a NUL";
   EXPECT_EQ(UxStreams::ReadWholeFile(dir.file("missing"), &data, &length), -1);
-
-  FILE* f = UxStreams::fopen(dir.file("f"), "rb");
-  ASSERT_NE(f, nullptr);
-  std::fgetc(f);
-  EXPECT_EQ(UxStreams::GetFileLengthAndRewind(f, &length), 0);
-  EXPECT_EQ(length, 4u);
-  EXPECT_EQ(std::ftell(f), 0);
-  std::fclose(f);
 }
 
 }  // namespace
