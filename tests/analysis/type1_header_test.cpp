@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "analysis/foundry_lookup.h"
-#include "builders/type1_builder.h"
 #include "support/test_paths.h"
 
 namespace typeprint {
@@ -16,15 +15,11 @@ TType1HeaderText header(const std::string& text) {
 TEST(Type1Header, TokenValues) {
   const struct {
     const char* what;
-    std::string text;
-    const char* token;
-    const char* value;  // nullptr: token absent
+    std::string text, token, value;  // value "untouched": the token is absent
   } rows[] = {
-      {"parenthesised", "/FullName (Sample Bold) readonly def", "/fullname", "Sample Bold"},
       {"nested parentheses", "/FullName (Sample (Bold) Italic) readonly def", "/fullname", "Sample (Bold) Italic"},
       {"name literal", "/FontName /Sample-Bold def", "/fontname", "Sample-Bold"},
-      {"no space after the key", "/FamilyName(Sample)", "/familyname", "Sample"},
-      {"key in any case", "/FAMILYNAME (Sample)", "/familyname", "Sample"},
+      {"key in any case, no space after it", "/FAMILYNAME(Sample)", "/familyname", "Sample"},
       {"bracketed", "/WeightVector [0.5 0.5] def", "/weightvector", "0.5 0.5"},
       {"braced", "/FontBBox {0 -200 1000 900} def", "/fontbbox", "0 -200 1000 900"},
       {"bare value", "/version 001.000 def", "/version", "001.000"},
@@ -33,41 +28,27 @@ TEST(Type1Header, TokenValues) {
       {"bare value runs over a line end", "/FontName /Sample\n/Next def", "/fontname", "Sample\n/Next"},
       {"unclosed runs to the end", "/FullName (Sample", "/fullname", "Sample"},
       {"zero byte becomes underscore", std::string("/FullName (A\0B)", 15), "/fullname", "A_B"},
-      {"absent", "/FontName /Sample def", "/familyname", nullptr},
+      {"values stop at 3,999 characters", "/FullName (" + std::string(5000, 'x') + ")", "/fullname",
+       std::string(3999, 'x')},
+      {"absent", "/FontName /Sample def", "/familyname", "untouched"},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
     TType1HeaderText h = header(row.text);
     UxString value = "untouched";
-    EXPECT_EQ(findBlobForToken(h.lower, h.text, row.token, &value), row.value != nullptr);
-    EXPECT_EQ(value, row.value ? row.value : "untouched");
+    EXPECT_EQ(findBlobForToken(h.lower, h.text, row.token.c_str(), &value), row.value != "untouched");
+    EXPECT_EQ(value, row.value);
   }
-}
-
-TEST(Type1Header, ValuesStopAt3999Characters) {
-  TType1HeaderText h = header("/FullName (" + std::string(5000, 'x') + ")");
-  UxString value;
-  EXPECT_TRUE(findBlobForToken(h.lower, h.text, "/fullname", &value));
-  EXPECT_EQ(value.size(), 3999u);
-}
-
-TEST(Type1Header, HeaderLineValues) {
-  const struct {
-    const char* what;
-    std::string text;
-    const char* delimiters;
-    const char* value;
-  } rows[] = {
+  const char* const lineRows[][4] = {  // what, header, delimiters, value
       {"family ends at the hyphen", "%!PS-AdobeFont-1.0: Sample-Bold 001.000", ":- \r\n%", "Sample"},
       {"PostScript name keeps it", "%!PS-AdobeFont-1.0: Sample-Bold 001.000", ": \r\n%", "Sample-Bold"},
       {"carriage return ends it", "%!PS-AdobeFont-1.0: Sample\r%%Title", ": \r\n%", "Sample"},
       {"nothing after the key", "%!PS-AdobeFont-", ": \r\n%", ""},
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.what);
-    UxString value = "untouched";
-    EXPECT_TRUE(GetDelimitedKeyValue(row.text, "%!PS-AdobeFont-", row.delimiters, &value));
-    EXPECT_EQ(value, row.value);
+  for (const auto& row : lineRows) {
+    UxString value;
+    EXPECT_TRUE(GetDelimitedKeyValue(row[1], "%!PS-AdobeFont-", row[2], &value)) << row[0];
+    EXPECT_EQ(value, row[3]) << row[0];
   }
   UxString value = "untouched";
   EXPECT_FALSE(GetDelimitedKeyValue("%!FontType1-1.0: Sample", "%!PS-AdobeFont-", ": ", &value));
@@ -85,61 +66,48 @@ PsNames gather(const std::string& text, PsNames n = {}) {
   return n;
 }
 
+void expectNames(const PsNames& got, const PsNames& want) {
+  EXPECT_EQ(got.kind, want.kind);
+  EXPECT_EQ(got.foundry, want.foundry);
+  EXPECT_EQ(got.family, want.family);
+  EXPECT_EQ(got.version, want.version);
+  EXPECT_EQ(got.postScript, want.postScript);
+  EXPECT_EQ(got.styled, want.styled);
+  EXPECT_EQ(got.full, want.full);
+}
+
 // Two leading bytes stand for a segment header, as in a PFB or a POST resource.
 const std::string kLine = "..%!PS-AdobeFont-1.0: Line-Name 001.000\n";
 
 TEST(Type1Header, GathersNames) {
+  const PsNames old{"OCF", "Old Foundry", "Old Family", "9.9", "Old-Name", "", ""};
   const struct {
     const char* what;
     std::string text;
-    PsNames expected;
+    PsNames before, expected;
   } rows[] = {
       {"dictionary keys", kLine + "/FamilyName (Sample) /FullName (Sample Bold) /FontName /Sample-Bold /version (1.0)",
-       {"PostScript", "", "Sample", "1.0", "Sample-Bold", "Sample-Bold", "Sample-Bold"}},
-      {"multiple master", "/WeightVector [1 0] /FontName /MM", {"PostScript - MM", "", "", "", "MM", "MM", "MM"}},
+       {}, {"PostScript", "", "Sample", "1.0", "Sample-Bold", "Sample-Bold", "Sample-Bold"}},
+      {"multiple master", "/WeightVector [1 0] /FontName /MM", {}, {"PostScript - MM", "", "", "", "MM", "MM", "MM"}},
       {"CID keys win", "/CIDFontName /Sample-Light /FontName /Other /CIDFontVersion 2.0 /version (1.0)",
-       {"PostScript", "", "", "2.0", "Sample-Light", "Sample-Light", "Sample-Light"}},
-      {"family from the header line", kLine + "/FullName (Full)",
-       {"PostScript", "", "Line", "", "Full", "Full", "Full"}},
-      {"family from the full name without a header line", "/FullName (Full)",
-       {"PostScript", "", "Full", "", "Full", "Full", "Full"}},
+       {}, {"PostScript", "", "", "2.0", "Sample-Light", "Sample-Light", "Sample-Light"}},
+      {"family from the header line", kLine + "/FullName (Full)", {}, {"PostScript", "", "Line", "", "Full", "Full", "Full"}},
+      {"family from the full name", "/FullName (Full)", {}, {"PostScript", "", "Full", "", "Full", "Full", "Full"}},
       {"PostScript name from the header line last", kLine,
-       {"PostScript", "", "Line", "", "Line-Name", "Line-Name", "Line-Name"}},
+       {}, {"PostScript", "", "Line", "", "Line-Name", "Line-Name", "Line-Name"}},
       {"header line at the very start is not seen", "%!PS-AdobeFont-1.0: Line-Name 001.000\n",
-       {"PostScript", "", "", "", "", "", ""}},
+       {}, {"PostScript", "", "", "", "", "", ""}},
+      {"absent keys replace nothing", "/Weight (Bold)", old,
+       {"OCF", "Old Foundry", "Old Family", "9.9", "Old-Name", "Old-Name", "Old-Name"}},
+      {"a version holding text is kept", "/version (1.0)", old,
+       {"OCF", "Old Foundry", "Old Family", "9.9", "Old-Name", "Old-Name", "Old-Name"}},
+      {"no bytes: only the default kind", "", {}, {"PostScript", "", "", "", "", "", ""}},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
-    PsNames n = gather(row.text);
-    EXPECT_EQ(n.kind, row.expected.kind);
-    EXPECT_EQ(n.family, row.expected.family);
-    EXPECT_EQ(n.version, row.expected.version);
-    EXPECT_EQ(n.postScript, row.expected.postScript);
-    EXPECT_EQ(n.styled, row.expected.styled);
-    EXPECT_EQ(n.full, row.expected.full);
-    EXPECT_EQ(n.foundry, row.expected.foundry);
+    expectNames(gather(row.text, row.before), row.expected);
   }
 }
-
-TEST(Type1Header, KeepsWhatAnAbsentKeyDoesNotReplace) {
-  PsNames before{"OCF", "Old Foundry", "Old Family", "9.9", "Old-Name", "", ""};
-  PsNames n = gather("/Weight (Bold)", before);
-  EXPECT_EQ(n.kind, "OCF");
-  EXPECT_EQ(n.foundry, "Old Foundry");
-  EXPECT_EQ(n.family, "Old Family");
-  EXPECT_EQ(n.version, "9.9");
-  EXPECT_EQ(n.postScript, "Old-Name");
-  EXPECT_EQ(n.styled, "Old-Name");
-  // A /version is not read into a version that already holds text.
-  EXPECT_EQ(gather("/version (1.0)", before).version, "9.9");
-  // Nothing happens without bytes, except the default kind.
-  PsNames empty;
-  GatherPostScriptMetaDataFromData({}, {}, &empty.kind, &empty.foundry, &empty.family, nullptr, nullptr, nullptr,
-                                   nullptr);
-  EXPECT_EQ(empty.kind, "PostScript");
-}
-
-bool knowsMaker(const UxString& text) { return text.find("maker") != std::string::npos; }
 
 TEST(Type1Header, FoundryIsTheNoticeWhenTheHeaderNamesAKnownFoundry) {
   const struct {
@@ -147,75 +115,49 @@ TEST(Type1Header, FoundryIsTheNoticeWhenTheHeaderNamesAKnownFoundry) {
     std::string text;
     const char* foundry;
   } rows[] = {
-      {"notice names it", "/Notice (Copyright Maker Inc)", "Copyright Maker Inc"},
       {"copyright names it", "/Copyright (Maker Inc)", "Maker Inc"},
       {"elsewhere in the header", "/Notice (Copyright Nobody) /Comment (by Maker)", "Copyright Nobody"},
       {"nowhere", "/Notice (Copyright Nobody)", ""},
       {"no notice at all", "/Comment (Maker)", ""},
   };
-  setFoundryNameTest(knowsMaker);
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.what);
-    EXPECT_EQ(gather(row.text).foundry, row.foundry);
-  }
+  setFoundryNameTest([](const UxString& text) { return text.find("maker") != std::string::npos; });
+  for (const auto& row : rows) EXPECT_EQ(gather(row.text).foundry, row.foundry) << row.what;
   setFoundryNameTest(nullptr);
   EXPECT_EQ(gather("/Notice (Copyright Maker Inc)").foundry, "");
 }
 
 // Values read by eye from the clear text of each file.
 TEST(Type1Header, ReadsRealFiles) {
+  const PsNames roman{"PostScript", "Copyright \\050URW\\051++,Copyright 2014 by \\050URW\\051++ Design & Development",
+                      "Nimbus Roman", "1.00", "NimbusRoman-Regular", "NimbusRoman-Regular", "NimbusRoman-Regular"};
   const struct {
     std::string path;
     PsNames expected;
   } rows[] = {
-      {test::fontPath("type1/NimbusRoman-Regular.pfb"),
-       {"PostScript", "", "Nimbus Roman", "1.00", "NimbusRoman-Regular", "NimbusRoman-Regular", "NimbusRoman-Regular"}},
-      {test::fontPath("type1/NimbusRoman-Regular.pfa"),
-       {"PostScript", "", "Nimbus Roman", "1.00", "NimbusRoman-Regular", "NimbusRoman-Regular", "NimbusRoman-Regular"}},
-      {"/usr/share/fonts/type1/urw-base35/NimbusSans-Bold.t1",
-       {"PostScript", "", "Nimbus Sans", "1.00", "NimbusSans-Bold", "NimbusSans-Bold", "NimbusSans-Bold"}},
+      {test::fontPath("type1/NimbusRoman-Regular.pfb"), roman},
+      {test::fontPath("type1/NimbusRoman-Regular.pfa"), roman},
+      {"/usr/share/fonts/type1/urw-base35/NimbusSans-Bold.t1",  // a notice with nested parentheses
+       {"PostScript", "(URW)++,Copyright 2014 by (URW)++ Design & Development", "Nimbus Sans", "1.00",
+        "NimbusSans-Bold", "NimbusSans-Bold", "NimbusSans-Bold"}},
   };
   setFoundryNameTest([](const UxString& text) { return text.find("(urw)++") != std::string::npos; });
   for (const auto& row : rows) {
     SCOPED_TRACE(row.path);
-    std::string bytes = test::readFile(row.path);
-    if (bytes.empty()) {
-      std::cerr << "skipped, not installed: " << row.path << "\n";
-      continue;
-    }
-    PsNames n = gather(bytes.substr(0, 6000));
-    EXPECT_EQ(n.kind, row.expected.kind);
-    EXPECT_EQ(n.family, row.expected.family);
-    EXPECT_EQ(n.version, row.expected.version);
-    EXPECT_EQ(n.postScript, row.expected.postScript);
-    EXPECT_EQ(n.full, row.expected.full);
+    const std::string bytes = test::readFile(row.path);
+    if (!bytes.empty()) expectNames(gather(bytes.substr(0, 6000)), row.expected);  // else: not installed
   }
-  // The notice of the URW files holds nested parentheses; the header names the foundry.
-  std::string t1 = test::readFile("/usr/share/fonts/type1/urw-base35/NimbusSans-Bold.t1");
-  if (!t1.empty())
-    EXPECT_EQ(gather(t1.substr(0, 6000)).foundry, "(URW)++,Copyright 2014 by (URW)++ Design & Development");
-  std::string pfb = test::readFile(test::fontPath("type1/NimbusRoman-Regular.pfb"));
-  EXPECT_EQ(gather(pfb.substr(0, 6000)).foundry,
-            "Copyright \\050URW\\051++,Copyright 2014 by \\050URW\\051++ Design & Development");
   setFoundryNameTest(nullptr);
 }
 
 TEST(Type1Header, CompanionFileNames) {
   const struct {
     const char* name;
-    const char* mmm;        // from a printer-font name
-    const char* printer;    // from a metrics or MM name
+    const char* mmm;      // from a printer-font name
+    const char* printer;  // from a metrics or MM name
   } rows[] = {
-      {"SAMPLE.PFB", "SAMPLE.mmm", nullptr},
-      {"sample.pfb", "sample.mmm", nullptr},
-      {"sample.pfm", nullptr, "sample.pfb"},
-      {"sample.mmm", nullptr, "sample.pfb"},
-      {"SAMPLE.MMM", nullptr, "SAMPLE.pfb"},
-      {"a.pfb", nullptr, nullptr},
-      {"ab.pfb", "ab.mmm", nullptr},
-      {"samplepfb", nullptr, nullptr},
-      {"/dir/x.pfb", "/dir/x.mmm", nullptr},
-      {"sample.ttf", nullptr, nullptr},
+      {"SAMPLE.PFB", "SAMPLE.mmm", nullptr}, {"ab.pfb", "ab.mmm", nullptr},   {"/dir/x.pfb", "/dir/x.mmm", nullptr},
+      {"sample.pfm", nullptr, "sample.pfb"}, {"SAMPLE.MMM", nullptr, "SAMPLE.pfb"}, {"a.pfb", nullptr, nullptr},
+      {"samplepfb", nullptr, nullptr},       {"sample.ttf", nullptr, nullptr},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
