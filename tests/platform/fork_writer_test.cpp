@@ -1,4 +1,4 @@
-// Atomic replacement of files and the choice of target per container form.
+// Atomic writing and replacement of files, and the choice of target per container form.
 #include "platform/linux/fork_writer.h"
 
 #include <gtest/gtest.h>
@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "builders/apple_double_builder.h"
+#include "platform/linux/atomic_file.h"
 #include "support/test_paths.h"
 
 namespace typeprint {
@@ -16,6 +17,20 @@ using test::Bytes;
 
 size_t filesIn(const std::string& dir) {
   return size_t(std::distance(std::filesystem::directory_iterator(dir), std::filesystem::directory_iterator()));
+}
+
+TEST(AtomicFile, WritesReplacesAndLeavesNothingBehind) {
+  test::ScratchDir dir;
+  const std::string path = dir.file("out.bin");
+  const uint8_t bytes[] = {1, 2, 3};
+  EXPECT_FALSE(pathExists(path));
+  ASSERT_TRUE(writeFileAtomically(path, ByteSpan(bytes, 3)));
+  ASSERT_TRUE(writeFileAtomically(path, ByteSpan(bytes + 2, 1)));
+  EXPECT_EQ(test::readFile(path), "\x03");
+  EXPECT_FALSE(writeFileAtomically(dir.file("missing/out.bin"), ByteSpan(bytes, 1)));
+  std::filesystem::create_directories(dir.file("taken/inside"));  // a folder in the way of the rename
+  EXPECT_FALSE(writeFileAtomically(dir.file("taken"), ByteSpan(bytes, 1)));
+  EXPECT_EQ(filesIn(dir.path()), 2u);
 }
 
 TEST(ForkWriter, ReplacesKeepingPermissionsAndAFailureLeavesTheOriginal) {

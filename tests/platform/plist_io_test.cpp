@@ -1,9 +1,8 @@
 // Property lists read from XML and binary files made by Python's plistlib, and printed as XML.
+#include "platform/linux/plist_io.h"
+
 #include <gtest/gtest.h>
 
-#include <string>
-
-#include "platform/linux/plist_io.h"
 #include "support/test_paths.h"
 
 namespace typeprint {
@@ -11,9 +10,8 @@ namespace {
 
 ByteSpan span(const std::string& s) { return ByteSpan(reinterpret_cast<const uint8_t*>(s.data()), s.size()); }
 
-// The value make_plists.py writes.
-PlistValue expectedSample() {
-  return PlistValue::dictionary({
+TEST(PlistIO, ReadsXmlAndBinaryFilesAndPrintsXmlThatReadsBack) {
+  const PlistValue expected = PlistValue::dictionary({  // the value make_plists.py writes
       {"Name", PlistValue::string("Garamond")},
       {"Unicode", PlistValue::string("\xC3\x9Cn\xC3\xAF" "c\xC3\xB8" "d\xC3\xA9 \xE2\x98\x83")},
       {"Count", PlistValue::integer(42)},
@@ -25,42 +23,22 @@ PlistValue expectedSample() {
       {"List", PlistValue::array({PlistValue::string("a"), PlistValue::integer(7), PlistValue::boolean(false)})},
       {"Nested", PlistValue::dictionary({{"Inner", PlistValue::string("x")}})},
   });
-}
-
-TEST(PlistIO, ReadsXmlAndBinaryFiles) {
-  for (const char* name : {"plist/sample.xml.plist", "plist/sample.binary.plist"}) {
-    SCOPED_TRACE(name);
-    std::optional<PlistValue> value = parsePropertyList(span(test::readFile(test::fontPath(name))));
-    ASSERT_TRUE(value);
-    EXPECT_EQ(*value, expectedSample());
-  }
-}
-
-TEST(PlistIO, PrintedXmlReadsBackTheSame) {
-  std::optional<std::string> xml = printXMLPropertyList(expectedSample());
+  for (const char* name : {"plist/sample.xml.plist", "plist/sample.binary.plist"})
+    EXPECT_EQ(parsePropertyList(span(test::readFile(test::fontPath(name)))), std::optional<PlistValue>(expected)) << name;
+  std::optional<std::string> xml = printXMLPropertyList(expected);
   ASSERT_TRUE(xml);
   EXPECT_NE(xml->find("<integer>-1</integer>"), std::string::npos);
-  EXPECT_EQ(parsePropertyList(span(*xml)), std::optional<PlistValue>(expectedSample()));
+  EXPECT_EQ(parsePropertyList(span(*xml)), std::optional<PlistValue>(expected));
 }
 
 TEST(PlistIO, RejectsWhatIsNoPropertyList) {
   std::string deep;
-  for (int i = 0; i < 100; ++i) deep += "<array>";
-  for (int i = 0; i < 100; ++i) deep += "</array>";
-  const struct {
-    const char* what;
-    std::string bytes;
-  } rows[] = {
-      {"empty", ""},
-      {"text", "not a property list"},
-      {"cut XML", "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>a</key>"},
-      {"cut binary", test::readFile(test::fontPath("plist/sample.binary.plist")).substr(0, 40)},
-      {"nested too deep", "<plist version=\"1.0\">" + deep + "</plist>"},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.what);
-    EXPECT_EQ(parsePropertyList(span(row.bytes)), std::nullopt);
-  }
+  for (int i = 0; i < 100; ++i) deep = "<array>" + deep + "</array>";
+  for (const std::string& bytes : {std::string(), std::string("not a property list"),
+                                   std::string("<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>a</key>"),
+                                   test::readFile(test::fontPath("plist/sample.binary.plist")).substr(0, 40),
+                                   "<plist version=\"1.0\">" + deep + "</plist>"})
+    EXPECT_EQ(parsePropertyList(span(bytes)), std::nullopt) << bytes.substr(0, 60);
 }
 
 }  // namespace
