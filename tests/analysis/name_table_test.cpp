@@ -14,6 +14,7 @@ using test::NameRecordSpec;
 using test::utf16be;
 
 // "foundry|family|version|PostScript|styled|full|Windows full", or "-" when nothing was found.
+// Real fonts' names are checked with their other metadata in font_data_test.cpp.
 std::string readNames(const Bytes& font) {
   UxString n[7];
   bool ok = getMetaDataFromNamesTable(ByteSpan(font), nullptr, nullptr, 0, &n[0], &n[1], &n[2], &n[3], &n[4], &n[5],
@@ -21,59 +22,44 @@ std::string readNames(const Bytes& font) {
   return ok ? n[0] + "|" + n[1] + "|" + n[2] + "|" + n[3] + "|" + n[4] + "|" + n[5] + "|" + n[6] : "-";
 }
 std::string readNames(const std::vector<NameRecordSpec>& records) { return readNames(test::fontWithNames(records)); }
-std::string familyOf(const std::vector<NameRecordSpec>& records) {
-  UxString family;
-  return getMetaDataFromNamesTable(ByteSpan(test::fontWithNames(records)), nullptr, nullptr, 0, nullptr, &family,
-                                   nullptr, nullptr, nullptr, nullptr, nullptr) ? family : "-";
-}
+std::string family(const std::string& name) { return "|" + name + "|||" + name + " Regular||"; }
 
 NameRecordSpec mac(uint16_t nameID, const std::string& text) { return {1, 0, 0, nameID, asciiBytes(text)}; }
 NameRecordSpec winUS(uint16_t nameID, const std::u16string& text) { return {3, 1, 0x409, nameID, utf16be(text)}; }
-NameRecordSpec winOther(uint16_t nameID, const std::u16string& text) { return {3, 1, 0x407, nameID, utf16be(text)}; }
 
-TEST(NameTable, ChoosesAndDecodesRecords) {
-  const struct { const char* what; std::vector<NameRecordSpec> records; std::string family; } rows[] = {
-      {"first of any", {{2, 0, 0, 1, asciiBytes("Iso")}, {0, 0, 0, 1, asciiBytes("Uni")}}, "Iso"},
-      {"Windows US beats Windows", {winOther(1, u"Win"), winUS(1, u"US")}, "US"},
-      {"Mac English after two Windows US replaces them", {winUS(1, u"A"), winUS(1, u"B"), mac(1, "Mac")}, "Mac"},
-      {"nothing beats Mac English", {mac(1, "Mac"), winUS(1, u"US"), mac(1, "Later")}, "Mac"},
-      {"Mac other language counts as any", {{1, 0, 2, 1, asciiBytes("French")}, winOther(1, u"Win")}, "Win"},
-      {"UTF-16, non-ASCII", {winUS(1, u"Caf\u00e9")}, "Caf\xC3\xA9"},
-      {"Mac Roman bytes read as UTF-8", {mac(1, "Caf\xC3\xA9")}, "Caf\xC3\xA9"},
-      {"Mac Roman byte invalid as UTF-8 is dropped", {mac(1, "Caf\x8E")}, "-"},
-      {"symbol encoding starting with zero is UTF-16", {{3, 0, 0x409, 1, utf16be(u"Sym")}}, "Sym"},
-      {"symbol encoding starting non-zero is UTF-8", {{3, 0, 0x409, 1, Bytes{0x41, 0x42}}}, "AB"},
-      {"odd-length UTF-16 falls back to UTF-8", {{3, 1, 0x409, 1, Bytes{0x41, 0x42, 0x43}}}, "ABC"},
+TEST(NameTable, ChoosesDecodesAndDerivesNames) {
+  const NameRecordSpec iso{2, 0, 0, 1, asciiBytes("Iso")}, win{3, 1, 0x407, 1, utf16be(u"Win")};
+  const struct { const char* what; std::vector<NameRecordSpec> records; std::string names; } rows[] = {
+      {"first of any", {iso, {0, 0, 0, 1, asciiBytes("Uni")}}, family("Iso")},
+      {"Windows US beats Windows", {win, winUS(1, u"US")}, family("US")},
+      {"Mac English after Windows US replaces it", {winUS(1, u"US"), mac(1, "Mac"), winUS(1, u"Later")}, family("Mac")},
+      {"Mac other language counts as any", {{1, 0, 2, 1, asciiBytes("French")}, win}, family("Win")},
+      {"UTF-16, non-ASCII", {winUS(1, u"Caf\u00e9")}, family("Caf\xC3\xA9")},
+      {"Mac Roman bytes read as UTF-8, invalid ones dropped", {mac(1, "Caf\xC3\xA9"), mac(4, "Caf\x8E")},
+       family("Caf\xC3\xA9")},
+      {"symbol encoding starting with zero is UTF-16", {{3, 0, 0x409, 1, utf16be(u"Sym")}}, family("Sym")},
+      {"symbol encoding starting non-zero is UTF-8", {{3, 0, 0x409, 1, Bytes{0x41, 0x42}}}, family("AB")},
+      {"odd-length UTF-16 falls back to UTF-8", {{3, 1, 0x409, 1, Bytes{0x41, 0x42, 0x43}}}, family("ABC")},
       {"unpaired surrogate, then invalid UTF-8", {{3, 1, 0x409, 1, Bytes{0xD8, 0x00, 0x00, 0x41}}}, "-"},
-      {"control bytes filtered", {mac(1, "A\x01" "B\tC\x7F")}, "AB\tC\x7F"},
-      {"cut at 1,023 bytes", {mac(1, std::string(1500, 'a'))}, std::string(1023, 'a')},
-  };
-  for (const auto& row : rows) EXPECT_EQ(familyOf(row.records), row.family) << row.what;
-  // 1,023 bytes of UTF-16 is an odd count: UTF-16 fails, and UTF-8 keeps the letters of 511 units.
-  EXPECT_EQ(familyOf({winUS(1, std::u16string(600, u'a'))}), std::string(511, 'a'));
-  for (const auto& [platform, encoding, language, doubleByte] : std::vector<std::tuple<short, short, short, bool>>{
-           {0, 4, 0, true}, {0, 5, 0, false}, {1, 0, 11, true}, {3, 10, 0, true}, {3, 11, 0, false}, {4, 0, 0, true}})
-    EXPECT_EQ(IsDoubleBytePlatform(platform, encoding, language), doubleByte) << platform << "/" << encoding << "/" << language;
-}
-
-TEST(NameTable, DerivesTheOutputs) {
-  const struct { const char* what; std::vector<NameRecordSpec> records; const char* names; } rows[] = {
-      {"family alone gets Regular", {mac(1, "Sample")}, "|Sample|||Sample Regular||"},
-      {"preferred names win", {mac(1, "Sample Cond"), mac(2, "Bold"), mac(16, "Sample"), mac(17, "Bold Cond")},
-       "|Sample|||Sample Bold Cond||"},
+      {"control bytes filtered; spaces trimmed, tabs kept", {mac(1, " A\x01" "B\tC\x7F \t ")}, family("AB\tC\x7F \t")},
+      {"preferred names win", {mac(1, "A Cond"), mac(2, "Bold"), mac(16, "A"), mac(17, "Bold Cond")},
+       "|A|||A Bold Cond||"},
       {"manufacturer beats copyright", {mac(0, "(c) Someone"), mac(8, "Maker")}, "Maker||||||"},
       {"copyright when no manufacturer", {mac(0, "(c) Someone")}, "(c) Someone||||||"},
-      {"PostScript name fills full names", {mac(6, "Sample-Bold"), mac(5, "Version 1.0")},
-       "||Version 1.0|Sample-Bold|Sample-Bold|Sample-Bold|Sample-Bold"},
-      {"Windows full name only from Windows records", {mac(4, "Mac Full"), winUS(4, u"Win Full")},
-       "|||MacFull|Mac Full|Mac Full|Win Full"},
-      {"spaces trimmed, tabs kept", {mac(1, "  Sample \t "), mac(2, "  ")}, "|Sample \t|||Sample \t Regular||"},
-      {"a PostScript name must be ASCII: the full name, cleaned", {winUS(6, u"\u00e9-B"), winUS(4, u"\u00e9 (B) [x]/{y}")},
-       "|||\xC3\xA9" "Bxy|\xC3\xA9 (B) [x]/{y}|\xC3\xA9 (B) [x]/{y}|\xC3\xA9 (B) [x]/{y}"},
-      {"a refused PostScript name still counts", {winUS(6, u"\u00e9")}, "||||||"},
+      {"PostScript name fills full names", {mac(6, "Sample-Bold"), mac(5, "1.0")},
+       "||1.0|Sample-Bold|Sample-Bold|Sample-Bold|Sample-Bold"},
+      {"Windows full name only from Windows records; ASCII-only PostScript name from the cleaned full name",
+       {winUS(6, u"\u00e9-B"), mac(4, "Mac (B) [x]/{y}"), winUS(4, u"Win")},
+       "|||MacBxy|Mac (B) [x]/{y}|Mac (B) [x]/{y}|Win"},
       {"skipped name IDs give nothing", {mac(3, "Unique"), mac(7, "Mark"), mac(18, "Compat")}, "-"},
   };
   for (const auto& row : rows) EXPECT_EQ(readNames(row.records), row.names) << row.what;
+  // Names are cut at 1,023 bytes; an odd 1,023 bytes of UTF-16 fail, and UTF-8 keeps the letters of 511 units.
+  EXPECT_EQ(readNames({mac(1, std::string(1500, 'a'))}).substr(0, 1025), "|" + std::string(1023, 'a') + "|");
+  EXPECT_EQ(readNames({winUS(1, std::u16string(600, u'a'))}).substr(0, 513), "|" + std::string(511, 'a') + "|");
+  for (const auto& [platform, encoding, language, doubleByte] : std::vector<std::tuple<short, short, short, bool>>{
+           {0, 4, 0, true}, {0, 5, 0, false}, {1, 0, 11, true}, {3, 10, 0, true}, {3, 11, 0, false}, {4, 0, 0, true}})
+    EXPECT_EQ(IsDoubleBytePlatform(platform, encoding, language), doubleByte) << platform << "/" << encoding << "/" << language;
 }
 
 TEST(NameTable, IgnoresDamagedTablesAndRecords) {
@@ -81,7 +67,7 @@ TEST(NameTable, IgnoresDamagedTablesAndRecords) {
   auto entry = FindSpecifiedTable(ByteSpan(font), "name");
   ASSERT_TRUE(entry);
   const size_t table = entry->offset, record = table + 6, nameEntry = entry->entryOffset;
-  const struct { const char* what; Bytes bytes; const char* names; } rows[] = {
+  const struct { const char* what; Bytes bytes; std::string names; } rows[] = {
       {"no name table", test::SfntBuilder().table("cmap", 8).build(), "-"},
       {"table runs past the end", test::patchU32(font, nameEntry + 12, 0xFFFF), "-"},
       {"table at offset 0", test::patchU32(font, nameEntry + 8, 0), "-"},
@@ -90,7 +76,7 @@ TEST(NameTable, IgnoresDamagedTablesAndRecords) {
       {"string past the end of the font", test::patchU16(font, record + 10, 0x7000), "-"},
       {"negative length", test::patchU16(font, record + 8, 0x8000), "-"},
       {"record cut by the end of the font", test::truncated(font, record + 11), "-"},
-      {"records bounded by the font, not the table", test::patchU32(font, nameEntry + 12, 6), "|Sample|||Sample Regular||"},
+      {"records bounded by the font, not the table", test::patchU32(font, nameEntry + 12, 6), family("Sample")},
   };
   for (const auto& row : rows) EXPECT_EQ(readNames(row.bytes), row.names) << row.what;
 }
@@ -99,23 +85,19 @@ TEST(NameTable, PostScriptNames) {
   std::string name = "(a)[b]{c}/d e<f>%\x01\xC3\xA9";
   StripIllegalCharsInPostScriptName(name);
   EXPECT_EQ(name, "abcde<f>%\x01\xC3\xA9");
-  getPostScriptNameFromNamesTable(ByteSpan(test::fontWithNames({mac(4, "Full Name")})), nullptr, nullptr, 0, name);
-  EXPECT_EQ(name, "FullName");
   getPostScriptNameFromNamesTable(SfntBytes(), nullptr, nullptr, 0, name);
   EXPECT_EQ(name, "");
-  using Level = GFontToolUtils::EMatchLevel;
   const struct { std::string a, b; bool exact, alphanumeric, toSecondHyphen; } rows[] = {
       {"Sample-Bold", "Sample-Bold", true, true, true},    {"Sample_Bold", "Sample.Bold", false, true, true},
       {"Sample-Bold", "sample-bold", false, false, false}, {"Sample-Bold-SC", "SampleBold", false, false, true},
-      {"A-B-C", "AB-D", false, false, false},
-      {"Caf\xC3\xA9", "Caf", false, true, true},  // bytes from 0x80 up are no letters in the C locale
+      {"A-B-C", "AB-D", false, false, false},              {"Caf\xC3\xA9", "Caf", false, true, true},  // C locale
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.a + " | " + row.b);
-    EXPECT_EQ(GFontToolUtils::DoPostScriptNamesMatch(row.a, row.b, Level(1)), row.exact);
-    EXPECT_EQ(GFontToolUtils::DoPostScriptNamesMatch(row.a, row.b, Level(2)), row.alphanumeric);
-    EXPECT_EQ(GFontToolUtils::DoPostScriptNamesMatch(row.b, row.a, Level(3)), row.toSecondHyphen);
-    EXPECT_EQ(GFontToolUtils::DoPostScriptNamesMatch(row.a, row.b, Level(0)), row.toSecondHyphen);
+    const auto matches = [&](int level) { return GFontToolUtils::DoPostScriptNamesMatch(row.a, row.b, GFontToolUtils::EMatchLevel(level)); };
+    EXPECT_EQ(matches(1), row.exact) << row.a << " | " << row.b;
+    EXPECT_EQ(matches(2), row.alphanumeric) << row.a << " | " << row.b;
+    EXPECT_EQ(matches(3), row.toSecondHyphen) << row.a << " | " << row.b;
+    EXPECT_EQ(matches(0), row.toSecondHyphen) << row.a << " | " << row.b;
   }
 }
 

@@ -19,15 +19,14 @@ using test::TtcBuilder;
 uint32_t zlibCrc(const Bytes& b) { return uint32_t(crc32(0, b.data(), uInt(b.size()))); }
 std::string text(const Bytes& b) { return std::string(b.begin(), b.end()); }
 
-// Two faces sharing "glyf" (10 bytes: padded) and "name"; each has its own "kern".
+// Two faces sharing "glyf" (10 bytes: padded); each has its own "kern".
 Bytes twoFaceCollection() {
   TtcBuilder b;
   int glyf = b.addTable(Bytes{1, 2, 3, 4, 5, 6, 7, 8, 9, 10});
-  int name = b.addTable(test::nameTable({{1, 0, 0, 6, test::asciiBytes("Shared-Name")}}));
   int kernA = b.addTable(Bytes{0, 0, 0, 1, 0, 0, 0, 2}), kernB = b.addTable(Bytes{0, 0, 0, 3, 0, 0, 0, 4});
   b.addTable(Bytes(64, 0xEE));  // keeps each face smaller than the file
-  b.face({{"glyf", glyf}, {"kern", kernA}, {"name", name}});
-  b.face({{"glyf", glyf}, {"kern", kernB}, {"name", name}});
+  b.face({{"glyf", glyf}, {"kern", kernA}});
+  b.face({{"glyf", glyf}, {"kern", kernB}});
   return b.build();
 }
 
@@ -121,27 +120,15 @@ TEST(TtcSplit, RealCollections) {
   }
 }
 
-TEST(TtcSplit, WritesFacesUnderTheFirstFreeName) {
-  test::ScratchDir dir;
-  TrueTypeCollectionFont collection(test::fontPath("sfnt/DejaVuSans-3faces.ttc"));
-  std::string written;
-  EXPECT_EQ(collection.WriteTTF({}, 0, dir.path(), written), kTTCNoFace);
-  test::writeFile(dir.file("0.ttf"), "taken");
-  EXPECT_EQ(collection.WriteTTF({1, 2, 3}, 0, dir.path() + "/", written), kTTCSuccess);
-  EXPECT_EQ(written, dir.path() + "//1.ttf");
-  EXPECT_EQ(test::readFile(written), "\x01\x02\x03");
-  EXPECT_EQ(collection.WriteTTF({1}, 0, dir.path() + "/missing/sub", written), kTTCFileError);
-  EXPECT_EQ(written, "");
-}
-
 TEST(TtcSplit, SeparatesEveryFaceAndReportsTheLastFailure) {
   test::ScratchDir good, damaged;
+  test::writeFile(good.file("1.ttf"), "taken");  // face n is written to the first free name from n.ttf on
   std::vector<std::string> paths;
   EXPECT_EQ(TrueTypeCollectionFont::SeparateTTCFonts(test::fontPath("sfnt/DejaVuSans-3faces.ttc"), good.path(), paths),
             kTTCSuccess);
-  EXPECT_EQ(paths, (std::vector<std::string>{good.file("0.ttf"), good.file("1.ttf"), good.file("2.ttf")}));
-  EXPECT_EQ(zlibCrc(test::asciiBytes(test::readFile(good.file("2.ttf")))), 0x369AC099u);
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(good.path()), std::filesystem::directory_iterator()), 3);
+  EXPECT_EQ(paths, (std::vector<std::string>{good.file("0.ttf"), good.file("2.ttf"), good.file("3.ttf")}));
+  EXPECT_EQ(zlibCrc(test::asciiBytes(test::readFile(good.file("3.ttf")))), 0x369AC099u);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(good.path()), std::filesystem::directory_iterator()), 4);
   // Face 0's offset table points past the end; face 1 is still written.
   const Bytes ttc = twoFaceCollection();
   test::writeFile(damaged.file("c.ttc"), text(test::patchU32(ttc, TtcBuilder::faceOffsetEntry(0), uint32_t(ttc.size()))));

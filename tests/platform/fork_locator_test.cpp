@@ -35,76 +35,64 @@ const Bytes kCompanion = AppleDoubleBuilder::appleDouble().finderInfo("FFIL", "D
 TEST(ForkLocator, EachPlaceOnItsOwn) {
   Bytes finderInfo = test::bytesOf("LWFNGWp1");
   finderInfo.resize(32);
-  const struct { const char* what; Files files; Place place; ForkSource source; uint32_t type, creator; } rows[] = {
-      {"MacBinary", {{"a/b/Font", test::MacBinaryBuilder().typeCreator("FFIL", "DMOV").dataFork(kData).resourceFork(kFork).build()}},
-       forksFromContainer, ForkSource::MacBinary, tag("FFIL"), tag("DMOV")},
-      {"AppleSingle", {{"a/b/Font", AppleDoubleBuilder::appleSingle().finderInfo("LWFN", "T1UT").entry(2, kFork).entry(1, kData).build()}},
-       forksFromContainer, ForkSource::AppleSingle, tag("LWFN"), tag("T1UT")},
-      {"._N", {{"a/b/Font", kData}, {"a/b/._Font", kCompanion}}, forksFromDotUnderscore, ForkSource::AppleDouble,
-       tag("FFIL"), tag("DMOV")},
-      {".AppleDouble/N", {{"a/b/Font", kData}, {"a/b/.AppleDouble/Font", kCompanion}}, forksFromNetatalk,
-       ForkSource::AppleDouble, tag("FFIL"), tag("DMOV")},
-      {"%N", {{"a/b/Font", kData}, {"a/b/%Font", kCompanion}}, forksFromPercentDouble, ForkSource::AppleDouble,
-       tag("FFIL"), tag("DMOV")},
-      {".resource/N with .finderinfo/N", {{"a/b/Font", kData}, {"a/b/.resource/Font", kFork}, {"a/b/.finderinfo/Font", finderInfo}},
-       forksFromResourceFolder, ForkSource::BareFork, tag("LWFN"), tag("GWp1")},
-      {"resource.frk/N", {{"a/b/Font", kData}, {"a/b/resource.frk/Font", kFork}}, forksFromResourceFrk,
-       ForkSource::BareFork, 0, 0},
-      {"__MACOSX mirror two levels up", {{"a/b/Font", kData}, {"__MACOSX/a/b/._Font", kCompanion}},
-       forksFromMacosxMirror, ForkSource::AppleDouble, tag("FFIL"), tag("DMOV")},
-      {"__MACOSX mirror in the same folder", {{"a/b/Font", kData}, {"a/b/__MACOSX/._Font", kCompanion}},
-       forksFromMacosxMirror, ForkSource::AppleDouble, tag("FFIL"), tag("DMOV")},
+  const Bytes macBinary = test::MacBinaryBuilder().typeCreator("LWFN", "T1UT").dataFork(kData).resourceFork(kFork).build();
+  const Bytes single = AppleDoubleBuilder::appleSingle().finderInfo("LWFN", "T1UT").entry(2, kFork).entry(1, kData).build();
+  // The font is a/b/Font; a second file, when there is one, holds the resource fork.
+  const struct { Files files; Place place; ForkSource source; const char* codes; } rows[] = {
+      {{{"a/b/Font", macBinary}}, forksFromContainer, ForkSource::MacBinary, "LWFNT1UT"},
+      {{{"a/b/Font", single}}, forksFromContainer, ForkSource::AppleSingle, "LWFNT1UT"},
+      {{{"a/b/Font", kData}, {"a/b/._Font", kCompanion}}, forksFromDotUnderscore, ForkSource::AppleDouble, "FFILDMOV"},
+      {{{"a/b/Font", kData}, {"a/b/.AppleDouble/Font", kCompanion}}, forksFromNetatalk, ForkSource::AppleDouble, "FFILDMOV"},
+      {{{"a/b/Font", kData}, {"a/b/%Font", kCompanion}}, forksFromPercentDouble, ForkSource::AppleDouble, "FFILDMOV"},
+      {{{"a/b/Font", kData}, {"a/b/.resource/Font", kFork}, {"a/b/.finderinfo/Font", finderInfo}}, forksFromResourceFolder,
+       ForkSource::BareFork, "LWFNGWp1"},
+      {{{"a/b/Font", kData}, {"a/b/resource.frk/Font", kFork}}, forksFromResourceFrk, ForkSource::BareFork, ""},
+      {{{"a/b/Font", kData}, {"__MACOSX/a/b/._Font", kCompanion}}, forksFromMacosxMirror, ForkSource::AppleDouble, "FFILDMOV"},
+      {{{"a/b/Font", kData}, {"a/b/__MACOSX/._Font", kCompanion}}, forksFromMacosxMirror, ForkSource::AppleDouble, "FFILDMOV"},
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.what);
+    const std::string where = row.files.back().first;
     test::ScratchDir dir;
     put(dir.path(), row.files);
     auto file = MappedFile::open(dir.file("a/b/Font"));
-    ASSERT_TRUE(file);
+    ASSERT_TRUE(file) << where;
     auto forks = row.place(file);
-    ASSERT_TRUE(forks);
-    EXPECT_EQ(forks->source, row.source);
-    EXPECT_EQ(copyOf(forks->resourceFork), kFork);
-    EXPECT_EQ(copyOf(forks->dataFork), kData);
-    EXPECT_EQ(forks->type, row.type);
-    EXPECT_EQ(forks->creator, row.creator);
-    EXPECT_EQ(forks->finderSize(), kFork.size() + kData.size());
-    if (row.files.size() > 1) EXPECT_TRUE(fs::equivalent(forks->companionPath, dir.file(row.files[1].first)));
+    ASSERT_TRUE(forks) << where;
+    EXPECT_EQ(forks->source, row.source) << where;
+    EXPECT_EQ(copyOf(forks->resourceFork), kFork) << where;
+    EXPECT_EQ(copyOf(forks->dataFork), kData) << where;
+    EXPECT_EQ(std::make_pair(forks->type, forks->creator),
+              *row.codes ? std::make_pair(test::fourCC(row.codes), test::fourCC(row.codes + 4)) : std::make_pair(0u, 0u))
+        << where;
+    EXPECT_EQ(forks->finderSize(), kFork.size() + kData.size()) << where;
+    if (row.files.size() > 1) EXPECT_TRUE(fs::equivalent(forks->companionPath, dir.file(row.files[1].first))) << where;
     auto opened = openForks(dir.file("a/b/Font"));  // the fixed order reaches the same answer
-    ASSERT_TRUE(opened);
-    EXPECT_EQ(opened->source, row.source);
-    EXPECT_EQ(copyOf(opened->resourceFork), kFork);
+    ASSERT_TRUE(opened && opened->source == row.source) << where;
+    EXPECT_EQ(copyOf(opened->resourceFork), kFork) << where;
     for (const auto& other : rows)  // and no other place claims this fork
-      if (other.place != row.place) EXPECT_FALSE(other.place(file)) << other.what;
+      if (other.place != row.place) EXPECT_FALSE(other.place(file)) << where << " taken for " << other.files.back().first;
   }
 }
 
 TEST(ForkLocator, PlacesAreTriedInOrder) {
-  const Bytes other = AppleDoubleBuilder::appleDouble().entry(2, test::ResourceForkBuilder().add("NFNT", 1, Bytes(8, 2)).build()).build();
-  const struct { const char* what; Files files; ForkSource source; } rows[] = {
-      {"container before ._N", {{"Font", test::MacBinaryBuilder().resourceFork(kFork).build()}, {"._Font", other}},
-       ForkSource::MacBinary},
-      {"._N before .AppleDouble/N", {{"Font", {}}, {"._Font", kCompanion}, {".AppleDouble/Font", other}},
-       ForkSource::AppleDouble},
-      {".AppleDouble/N before %N", {{"Font", {}}, {".AppleDouble/Font", kCompanion}, {"%Font", other}},
-       ForkSource::AppleDouble},
-      {"an unreadable ._N is passed over", {{"Font", {}}, {"._Font", test::bytesOf("no header")}, {"resource.frk/Font", kFork}},
-       ForkSource::BareFork},
+  const Bytes other = AppleDoubleBuilder::appleDouble().entry(2, Bytes(300, 2)).build();
+  const Files rows[] = {
+      {{"Font", test::MacBinaryBuilder().resourceFork(kFork).build()}, {"._Font", other}},  // the container first
+      {{"Font", {}}, {"._Font", kCompanion}, {".AppleDouble/Font", other}},
+      {{"Font", {}}, {".AppleDouble/Font", kCompanion}, {"%Font", other}},
+      {{"Font", {}}, {"._Font", test::bytesOf("no header")}, {"resource.frk/Font", kFork}},  // unreadable: passed over
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.what);
+  for (const auto& files : rows) {
     test::ScratchDir dir;
-    put(dir.path(), row.files);
+    put(dir.path(), files);
     auto forks = openForks(dir.file("Font"));
-    ASSERT_TRUE(forks);
-    EXPECT_EQ(forks->source, row.source);
-    EXPECT_EQ(copyOf(forks->resourceFork), kFork);
+    ASSERT_TRUE(forks) << files[1].first;
+    EXPECT_EQ(copyOf(forks->resourceFork), kFork) << files[1].first;
   }
   auto plain = openForks(test::fontPath("sfnt/DejaVuSans-kern.ttf"));
   ASSERT_TRUE(plain);
   EXPECT_EQ(plain->source, ForkSource::Plain);
-  EXPECT_TRUE(plain->resourceFork.empty());
-  EXPECT_EQ(plain->type | plain->creator, 0u);
+  EXPECT_EQ(plain->resourceFork.size + plain->type + plain->creator, 0u);
   EXPECT_EQ(plain->finderSize(), fs::file_size(test::fontPath("sfnt/DejaVuSans-kern.ttf")));
   EXPECT_FALSE(openForks(test::fontPath("sfnt/missing.ttf")));
   EXPECT_FALSE(openForks(test::fontPath("sfnt")));
@@ -123,17 +111,15 @@ TEST(ForkLocator, SameFontInEveryContainerForm) {
     auto reference = openForks(test::macFixture(forms[0]));
     const test::ExpectedFile* facts = test::findExpected(expected, forms[0]);
     ASSERT_TRUE(reference && facts) << forms[0];
-    EXPECT_EQ(reference->type, test::fourCC(facts->type));
-    EXPECT_EQ(reference->creator, test::fourCC(facts->creator));
+    EXPECT_EQ(std::make_pair(reference->type, reference->creator),
+              std::make_pair(test::fourCC(facts->type), test::fourCC(facts->creator)));
     for (const char* form : forms) {
-      SCOPED_TRACE(form);
       auto forks = openForks(test::macFixture(form));
-      ASSERT_TRUE(forks);
-      EXPECT_EQ(copyOf(forks->resourceFork), copyOf(reference->resourceFork));
-      EXPECT_EQ(copyOf(forks->dataFork), copyOf(reference->dataFork));
-      EXPECT_EQ(forks->type, reference->type);
-      EXPECT_EQ(forks->creator, reference->creator);
-      EXPECT_EQ(forks->finderSize(), reference->finderSize());
+      ASSERT_TRUE(forks) << form;
+      EXPECT_EQ(copyOf(forks->resourceFork), copyOf(reference->resourceFork)) << form;
+      EXPECT_EQ(copyOf(forks->dataFork), copyOf(reference->dataFork)) << form;
+      EXPECT_EQ(std::make_pair(forks->type, forks->creator), std::make_pair(reference->type, reference->creator)) << form;
+      EXPECT_EQ(forks->finderSize(), reference->finderSize()) << form;
     }
   }
 }
