@@ -35,7 +35,6 @@ TEST(TtcSplit, HeaderAndRebuildStatuses) {
   const Bytes good = twoFaceCollection();
   const struct { const char* what; Bytes bytes; int status; unsigned faces; } headers[] = {
       {"version 1.0", good, kTTCSuccess, 2},
-      {"empty", {}, kTTCBadVersion, 0},
       {"not ttcf", test::patchU32(good, 0, 0x4F54544F), kTTCNotCollection, 0},
       {"version 3.0", test::patchU32(good, 4, 0x00030000), kTTCBadVersion, 0},
       {"12 bytes", test::truncated(good, 12), kTTCDamaged, 0},
@@ -94,8 +93,6 @@ void expectAssembledLikeRebuilt(TrueTypeCollectionFont& collection, unsigned fac
 // Rebuilt faces (directory copied, each table appended and zero-padded, its word sum and new
 // offset written into its entry), their zlib CRCs, names and kerning sums computed with Python.
 TEST(TtcSplit, RealCollections) {
-  EXPECT_EQ(TrueTypeCollectionFont(test::fontPath("sfnt/DejaVuSans-3faces.ttc")).faceCount(), 3u);
-  EXPECT_EQ(TrueTypeCollectionFont(test::fontPath("sfnt/DejaVuSans-2faces-v2.ttc")).faceCount(), 2u);
   const struct { const char* file; unsigned face; size_t size; uint32_t crc, kerning; const char* postScript; } rows[] = {
       {"sfnt/DejaVuSans-3faces.ttc", 0, 31956, 0xE902AFD2, 0xFA0DFAA2, "DejaVuSans"},
       {"sfnt/DejaVuSans-3faces.ttc", 1, 32604, 0x66F9F536, 0xFEACFCF3, "DejaVuSans-Bold"},
@@ -104,7 +101,7 @@ TEST(TtcSplit, RealCollections) {
       {"sfnt/DejaVuSans-2faces-v2.ttc", 1, 23464, 0x52E28046, 0xFD1DFB64, "DejaVuSans-Bold"},
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.postScript);
+    SCOPED_TRACE(testing::Message() << row.file << " face " << row.face);
     TrueTypeCollectionFont collection(test::fontPath(row.file));
     std::vector<uint8_t> bytes;
     ASSERT_EQ(collection.GetDataPtrForFace(row.face, bytes), kTTCSuccess);
