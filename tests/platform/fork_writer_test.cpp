@@ -15,52 +15,42 @@ namespace {
 
 using test::Bytes;
 
-size_t filesIn(const std::string& dir) {
-  return size_t(std::distance(std::filesystem::directory_iterator(dir), std::filesystem::directory_iterator()));
-}
-
 TEST(ForkWriter, WritesAtomicallyAndAFailureLeavesTheOriginal) {
   test::ScratchDir dir;
   const std::string path = dir.file("font");
-  const Bytes bytes = test::bytesOf("new");
-  EXPECT_FALSE(pathExists(path));
-  ASSERT_TRUE(writeFileAtomically(path, bytes));
+  ASSERT_TRUE(writeFileAtomically(path, test::bytesOf("new")));
   ASSERT_EQ(chmod(path.c_str(), 0640), 0);
   setReplaceFaultForTesting([](const std::string&) { return false; });  // as a crash or a full disk would
   EXPECT_FALSE(replaceFileAtomically(path, test::bytesOf("newer")));
   setReplaceFaultForTesting(nullptr);
   EXPECT_EQ(test::readFile(path), "new");
   EXPECT_TRUE(replaceFileAtomically(path, test::bytesOf("newer")));
-  EXPECT_EQ(test::readFile(path), "newer");
   struct stat st;
   ASSERT_EQ(stat(path.c_str(), &st), 0);
   EXPECT_EQ(st.st_mode & 07777, 0640u);
-  EXPECT_FALSE(replaceFileAtomically(dir.file("missing/font"), bytes));
-  EXPECT_FALSE(writeFileAtomically(dir.file("missing/font"), bytes));
+  EXPECT_EQ(test::readFile(path), "newer");
+  EXPECT_FALSE(writeFileAtomically(dir.file("missing/font"), test::bytesOf("new")));
   std::filesystem::create_directories(dir.file("taken/inside"));  // a folder in the way of the rename
-  EXPECT_FALSE(writeFileAtomically(dir.file("taken"), bytes));
-  EXPECT_EQ(filesIn(dir.path()), 2u);  // no temporary file left behind
+  EXPECT_FALSE(writeFileAtomically(dir.file("taken"), test::bytesOf("new")));
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), std::filesystem::directory_iterator()), 2)
+      << "a temporary file was left behind";
 }
 
 TEST(ForkWriter, WritesIntoTheRightFile) {
   test::ScratchDir dir;
-  const Bytes fork = test::bytesOf("a new resource fork"), data = test::bytesOf("a new data fork");
+  const Bytes fork = test::bytesOf("a new resource fork");
   test::writeFile(dir.file("plain"), "plain");
-  auto plain = openForks(dir.file("plain"));
-  ASSERT_TRUE(plain);
-  EXPECT_FALSE(writeForkBack(*plain, ForkKind::Resource, fork));  // no place for a resource fork
+  EXPECT_FALSE(writeForkBack(*openForks(dir.file("plain")), ForkKind::Resource, fork));  // no place for one
   // With an AppleDouble companion, the resource fork goes into it and the data fork into N.
   const Bytes header = test::AppleDoubleBuilder::appleDouble().finderInfo("FFIL", "DMOV").entry(2, {1, 2}).build();
   test::writeFile(dir.file("._plain"), std::string(header.begin(), header.end()));
-  auto pair = openForks(dir.file("plain"));
-  ASSERT_TRUE(pair);
-  EXPECT_TRUE(writeForkBack(*pair, ForkKind::Resource, fork));
+  EXPECT_TRUE(writeForkBack(*openForks(dir.file("plain")), ForkKind::Resource, fork));
   auto reread = openForks(dir.file("plain"));
   ASSERT_TRUE(reread);
   EXPECT_EQ(Bytes(reread->resourceFork.begin(), reread->resourceFork.end()), fork);
   EXPECT_EQ(reread->type, tag("FFIL"));
   EXPECT_EQ(test::readFile(dir.file("plain")), "plain");
-  EXPECT_TRUE(writeForkBack(*reread, ForkKind::Data, data));
+  EXPECT_TRUE(writeForkBack(*reread, ForkKind::Data, test::bytesOf("a new data fork")));
   EXPECT_EQ(test::readFile(dir.file("plain")), "a new data fork");
 }
 
