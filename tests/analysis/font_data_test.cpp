@@ -85,12 +85,10 @@ TEST(FontData, CollectStatuses) {
   test::writeFile(dir.file("faces.ttc"), test::readFile(test::fontPath("sfnt/DejaVuSans-3faces.ttc")));
   test::writeFile(dir.file("font.ps"), test::readFile(test::fontPath("type1/NimbusRoman-Regular.pfa")));
   test::writeFile(dir.file("nonames.ttf"), std::string(noNames.begin(), noNames.end()));
+  // A collection named so loads no data; PostScript without a printer file is read as an sfnt, which fails.
   const struct { const char* file; const char* status; } rows[] = {
-      {"missing.ttf", "3||TrueType|mac"},
-      {"nonames.ttf", "3||TrueType|mac"},
-      {"faces.ttc", "3||TrueType Collection|mac"},  // a collection by extension: no data is loaded
-      {"font.ps", "3||PostScript|mac"},             // without a printer file: read as an sfnt, which fails
-  };
+      {"missing.ttf", "3||TrueType|mac"}, {"nonames.ttf", "3||TrueType|mac"},
+      {"faces.ttc", "3||TrueType Collection|mac"}, {"font.ps", "3||PostScript|mac"}};
   for (const auto& row : rows) EXPECT_EQ(collect(dir.file(row.file), false), row.status) << row.file;
 }
 

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "analysis/ps_name.h"
 #include "builders/sfnt_builder.h"
 
 namespace typeprint {
@@ -55,9 +54,6 @@ TEST(NameTable, ChoosesDecodesAndDerivesNames) {
   // Names are cut at 1,023 bytes; an odd 1,023 bytes of UTF-16 fail, and UTF-8 keeps the letters of 511 units.
   EXPECT_EQ(readNames({mac(1, std::string(1500, 'a'))}).substr(0, 1025), "|" + std::string(1023, 'a') + "|");
   EXPECT_EQ(readNames({winUS(1, std::u16string(600, u'a'))}).substr(0, 513), "|" + std::string(511, 'a') + "|");
-  for (const auto& [platform, encoding, language, doubleByte] : std::vector<std::tuple<short, short, short, bool>>{
-           {0, 4, 0, true}, {0, 5, 0, false}, {1, 0, 11, true}, {3, 10, 0, true}, {3, 11, 0, false}, {4, 0, 0, true}})
-    EXPECT_EQ(IsDoubleBytePlatform(platform, encoding, language), doubleByte) << platform << "/" << encoding << "/" << language;
 }
 
 TEST(NameTable, IgnoresDamagedTablesAndRecords) {
@@ -76,24 +72,6 @@ TEST(NameTable, IgnoresDamagedTablesAndRecords) {
       {"records bounded by the font, not the table", test::patchU32(font, nameEntry + 12, 6), family("Sample")},
   };
   for (const auto& row : rows) EXPECT_EQ(readNames(row.bytes), row.names) << row.what;
-}
-
-TEST(NameTable, PostScriptNames) {
-  std::string name = "(a)[b]{c}/d e<f>%\x01\xC3\xA9";
-  StripIllegalCharsInPostScriptName(name);
-  EXPECT_EQ(name, "abcde<f>%\x01\xC3\xA9");
-  const struct { std::string a, b; bool exact, alphanumeric, toSecondHyphen; } rows[] = {
-      {"Sample-Bold", "Sample-Bold", true, true, true},    {"Sample_Bold", "Sample.Bold", false, true, true},
-      {"Sample-Bold", "sample-bold", false, false, false}, {"Sample-Bold-SC", "SampleBold", false, false, true},
-      {"A-B-C", "AB-D", false, false, false},              {"Caf\xC3\xA9", "Caf", false, true, true},  // C locale
-  };
-  for (const auto& row : rows) {
-    bool matches[4];
-    for (int level = 0; level < 4; ++level)
-      matches[level] = GFontToolUtils::DoPostScriptNamesMatch(row.a, row.b, GFontToolUtils::EMatchLevel(level));
-    EXPECT_EQ(std::vector<bool>(matches, matches + 4),
-              (std::vector<bool>{row.toSecondHyphen, row.exact, row.alphanumeric, row.toSecondHyphen})) << row.a << " | " << row.b;
-  }
 }
 
 }  // namespace

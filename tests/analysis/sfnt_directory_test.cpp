@@ -46,7 +46,6 @@ TEST(SfntDirectory, DecidesThePlatform) {
       {"valid OS/2", withOS2, true, "crossplatform"},
       {"damaged OS/2", test::patchU32(withOS2, eighthLength, 0xFFFF), true, "mac"},
       {"no hmtx", test::patchU32(complete, SfntBuilder::entryOffset(3), 0x686D7479), true, "mac"},
-      {"version true", test::patchU32(complete, 0, 0x74727565), true, "mac"},
       {"four bytes", test::truncated(complete, 4), false, "unset"},
   };
   for (const auto& row : rows) {

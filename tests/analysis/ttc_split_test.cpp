@@ -19,15 +19,12 @@ using test::TtcBuilder;
 uint32_t zlibCrc(const Bytes& b) { return uint32_t(crc32(0, b.data(), uInt(b.size()))); }
 std::string text(const Bytes& b) { return std::string(b.begin(), b.end()); }
 
-// Two faces sharing "glyf" (10 bytes: padded); each has its own "kern".
+// Two faces sharing one "glyf" of 10 bytes, and a table that keeps each face smaller than the file.
 Bytes twoFaceCollection() {
   TtcBuilder b;
-  int glyf = b.addTable(Bytes{1, 2, 3, 4, 5, 6, 7, 8, 9, 10});
-  int kernA = b.addTable(Bytes{0, 0, 0, 1, 0, 0, 0, 2}), kernB = b.addTable(Bytes{0, 0, 0, 3, 0, 0, 0, 4});
-  b.addTable(Bytes(64, 0xEE));  // keeps each face smaller than the file
-  b.face({{"glyf", glyf}, {"kern", kernA}});
-  b.face({{"glyf", glyf}, {"kern", kernB}});
-  return b.build();
+  const int glyf = b.addTable(Bytes(10, 1));
+  b.addTable(Bytes(64, 0xEE));
+  return b.face({{"glyf", glyf}}).face({{"glyf", glyf}}).build();
 }
 
 TEST(TtcSplit, HeaderAndRebuildStatuses) {
@@ -72,30 +69,14 @@ std::string factsOf(const SfntBytes& face, uint32_t crc) {
          platform;
 }
 
-// A face assembled in place must read exactly as the same face rebuilt into bytes.
-void expectAssembledLikeRebuilt(TrueTypeCollectionFont& collection, unsigned face, const Bytes& rebuilt) {
-  TTCFace layout;
-  ASSERT_EQ(collection.GetFaceLayout(face, layout), kTTCSuccess);
-  ASSERT_EQ(layout.size(), rebuilt.size());
-  EXPECT_EQ(factsOf(layout, layout.crc()), factsOf(ByteSpan(rebuilt), zlibCrc(rebuilt)));
-  std::vector<uint8_t> scratch;
-  Bytes joined;  // read in pieces of 7 bytes, which cross every table boundary and padding
-  for (size_t at = 0; at < rebuilt.size(); at += 7) {
-    ByteSpan piece = SfntBytes(layout).read(at, std::min<size_t>(7, rebuilt.size() - at), scratch);
-    joined.insert(joined.end(), piece.begin(), piece.end());
-  }
-  EXPECT_EQ(joined, rebuilt);
-}
-
 // Rebuilt faces (directory copied, each table appended and zero-padded, its word sum and new
-// offset written into its entry), their zlib CRCs, names and kerning sums computed with Python.
+// offset written into its entry) and their zlib CRCs, computed with Python. The names and kerning
+// sums of the same faces are checked against fontTools in api/create_specifier_test.cpp.
 TEST(TtcSplit, RealCollections) {
-  const struct { const char* file; unsigned face; size_t size; uint32_t crc, kerning; const char* postScript; } rows[] = {
-      {"sfnt/DejaVuSans-3faces.ttc", 0, 31956, 0xE902AFD2, 0xFA0DFAA2, "DejaVuSans"},
-      {"sfnt/DejaVuSans-3faces.ttc", 1, 32604, 0x66F9F536, 0xFEACFCF3, "DejaVuSans-Bold"},
-      {"sfnt/DejaVuSans-3faces.ttc", 2, 31436, 0x369AC099, 0xFF04FECA, "DejaVuSans-Oblique"},
-      {"sfnt/DejaVuSans-2faces-v2.ttc", 0, 22808, 0xEAE6122C, 0xFA0DFAA2, "DejaVuSans"},
-      {"sfnt/DejaVuSans-2faces-v2.ttc", 1, 23464, 0x52E28046, 0xFD1DFB64, "DejaVuSans-Bold"},
+  const struct { const char* file; unsigned face; size_t size; uint32_t crc; } rows[] = {
+      {"sfnt/DejaVuSans-3faces.ttc", 0, 31956, 0xE902AFD2}, {"sfnt/DejaVuSans-3faces.ttc", 1, 32604, 0x66F9F536},
+      {"sfnt/DejaVuSans-3faces.ttc", 2, 31436, 0x369AC099}, {"sfnt/DejaVuSans-2faces-v2.ttc", 0, 22808, 0xEAE6122C},
+      {"sfnt/DejaVuSans-2faces-v2.ttc", 1, 23464, 0x52E28046},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(testing::Message() << row.file << " face " << row.face);
@@ -103,12 +84,17 @@ TEST(TtcSplit, RealCollections) {
     std::vector<uint8_t> bytes;
     ASSERT_EQ(collection.GetDataPtrForFace(row.face, bytes), kTTCSuccess);
     EXPECT_EQ(std::make_pair(bytes.size(), zlibCrc(bytes)), std::make_pair(row.size, row.crc));
-    uint32_t kerning = 0;
-    EXPECT_TRUE(GetTrueTypeKerningTableChecksum(ByteSpan(bytes), &kerning) && kerning == row.kerning);
-    std::string postScript;
-    getPostScriptNameFromNamesTable(ByteSpan(bytes), nullptr, nullptr, 0, postScript);
-    EXPECT_EQ(postScript, row.postScript);
-    expectAssembledLikeRebuilt(collection, row.face, bytes);
+    // The face assembled in place reads exactly as the rebuilt bytes, also in pieces of 7 bytes,
+    // which cross every table boundary and padding.
+    TTCFace layout;
+    ASSERT_EQ(collection.GetFaceLayout(row.face, layout), kTTCSuccess);
+    EXPECT_EQ(factsOf(layout, layout.crc()), factsOf(ByteSpan(bytes), zlibCrc(bytes)));
+    std::vector<uint8_t> scratch, joined;
+    for (size_t at = 0; at < bytes.size() && layout.size() == bytes.size(); at += 7) {
+      ByteSpan piece = SfntBytes(layout).read(at, std::min<size_t>(7, bytes.size() - at), scratch);
+      joined.insert(joined.end(), piece.begin(), piece.end());
+    }
+    EXPECT_EQ(joined, bytes);
   }
 }
 
@@ -120,7 +106,6 @@ TEST(TtcSplit, SeparatesEveryFaceAndReportsTheLastFailure) {
             kTTCSuccess);
   EXPECT_EQ(paths, (std::vector<std::string>{good.file("0.ttf"), good.file("2.ttf"), good.file("3.ttf")}));
   EXPECT_EQ(zlibCrc(test::asciiBytes(test::readFile(good.file("3.ttf")))), 0x369AC099u);
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(good.path()), std::filesystem::directory_iterator()), 4);
   // Face 0's offset table points past the end; face 1 is still written.
   const Bytes ttc = twoFaceCollection();
   test::writeFile(damaged.file("c.ttc"), text(test::patchU32(ttc, TtcBuilder::faceOffsetEntry(0), uint32_t(ttc.size()))));
