@@ -30,8 +30,7 @@ TEST(Checksums, CrcAgreesWithZlibOnRandomBuffersAndContinuation) {
   EXPECT_EQ(CChecksum::zeros(0x1234, 1000), zlibCrc(0x1234, Bytes(1000, 0)));
 }
 
-// Real fonts' kerning checksums and file CRCs are checked with their names in font_data_test.cpp.
-TEST(Checksums, KerningChecksumFallsBackToGlyfAndNeedsAValidTable) {
+TEST(Checksums, KerningChecksumFallsBackToGlyfAndNeedsAValidTable) {  // real fonts: font_data_test.cpp
   EXPECT_EQ(ChecksumLongAlignedData(2, ByteSpan(Bytes{0xFF, 0xFF, 0xFF, 0xFF, 0, 0, 0, 1, 0xAB})), 0xAB000002u);
   const Bytes kern{0, 0, 0, 5, 0, 0, 0, 6}, glyf{1, 0, 0, 0, 2, 0, 0, 0, 3, 0, 0, 0};
   const struct { const char* what; Bytes font; bool ok; uint32_t checksum; } rows[] = {

@@ -38,8 +38,7 @@ TEST(FontData, DecidesTheKindFromExtensionThenFirstBytes) {
   }
 }
 
-// "status|printer file|kind|platform", then "|foundry|family|version|PostScript|styled|full|Windows full"
-// and "|kerning checksum" when `everything`.
+// "status|printer file|kind|platform" and, with `everything`, "|<the 7 names>|kerning checksum".
 std::string collect(const std::string& path, bool everything, const FileForks* forks = nullptr) {
   UxString s[10];
   uint32_t kerning = 0;

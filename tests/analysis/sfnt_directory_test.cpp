@@ -43,7 +43,6 @@ TEST(SfntDirectory, DecidesThePlatform) {
   const struct { const char* what; Bytes bytes; bool ok; const char* platform; } rows[] = {
       {"TrueType with the seven tables", complete, true, "crossplatform"},
       {"OTTO, valid kern", ottoKern, true, "crossplatform"},
-      {"valid OS/2", withOS2, true, "crossplatform"},
       {"damaged OS/2", test::patchU32(withOS2, eighthLength, 0xFFFF), true, "mac"},
       {"no hmtx", test::patchU32(complete, SfntBuilder::entryOffset(3), 0x686D7479), true, "mac"},
       {"four bytes", test::truncated(complete, 4), false, "unset"},

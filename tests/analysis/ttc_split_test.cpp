@@ -69,9 +69,8 @@ std::string factsOf(const SfntBytes& face, uint32_t crc) {
          platform;
 }
 
-// Rebuilt faces (directory copied, each table appended and zero-padded, its word sum and new
-// offset written into its entry) and their zlib CRCs, computed with Python. The names and kerning
-// sums of the same faces are checked against fontTools in api/create_specifier_test.cpp.
+// Faces rebuilt and CRCed with Python (directory copied, tables appended zero-padded, new sums and
+// offsets in the entries); their names and kerning sums are checked in api/create_specifier_test.cpp.
 TEST(TtcSplit, RealCollections) {
   const struct { const char* file; unsigned face; size_t size; uint32_t crc; } rows[] = {
       {"sfnt/DejaVuSans-3faces.ttc", 0, 31956, 0xE902AFD2}, {"sfnt/DejaVuSans-3faces.ttc", 1, 32604, 0x66F9F536},
@@ -84,8 +83,7 @@ TEST(TtcSplit, RealCollections) {
     std::vector<uint8_t> bytes;
     ASSERT_EQ(collection.GetDataPtrForFace(row.face, bytes), kTTCSuccess);
     EXPECT_EQ(std::make_pair(bytes.size(), zlibCrc(bytes)), std::make_pair(row.size, row.crc));
-    // The face assembled in place reads exactly as the rebuilt bytes, also in pieces of 7 bytes,
-    // which cross every table boundary and padding.
+    // Assembled in place, the face reads as the rebuilt bytes, also in pieces crossing every boundary.
     TTCFace layout;
     ASSERT_EQ(collection.GetFaceLayout(row.face, layout), kTTCSuccess);
     EXPECT_EQ(factsOf(layout, layout.crc()), factsOf(ByteSpan(bytes), zlibCrc(bytes)));

@@ -28,8 +28,6 @@ TEST(Type1Header, TokenValues) {
     EXPECT_EQ(findBlobForToken(h.lower, h.text, row.token.c_str(), &value), row.value != "-") << row.text;
     EXPECT_EQ(value, row.value);
   }
-  UxString value = "-";  // the header line's key value, which GathersNames reads through
-  EXPECT_FALSE(GetDelimitedKeyValue("%!FontType1-1.0: Sample", "%!PS-AdobeFont-", ": ", &value));
 }
 
 // "kind|foundry|family|version|PostScript|styled|full" after gathering over what `n` holds.
@@ -53,8 +51,7 @@ TEST(Type1Header, GathersNames) {
   };
   for (const auto& row : rows) EXPECT_EQ(gather(row.text), row.names) << row.text;
   // Absent keys replace nothing, and a version holding text is kept.
-  EXPECT_EQ(gather("/version (1.0)", {"OCF", "Maker", "Family", "9.9", "Name", "", ""}),
-            "OCF|Maker|Family|9.9|Name|Name|Name");
+  EXPECT_EQ(gather("/version (1.0)", {"OCF", "Maker", "Family", "9.9", "Name", "", ""}), "OCF|Maker|Family|9.9|Name|Name|Name");
   // The foundry is the notice, but only when the header names a known foundry (as in ReadsRealFiles).
   EXPECT_EQ(gather("/Notice (Copyright Nobody)"), "PostScript||||||");
 }
@@ -78,7 +75,7 @@ TEST(Type1Header, ReadsRealFiles) {
   setFoundryNameTest(nullptr);
 }
 
-TEST(Type1Header, CompanionFileNames) {
+TEST(Type1Header, WindowsCompanionFileNames) {
   UxString name = "-";
   EXPECT_FALSE(GetWindowsMMMFontNameFromPrinterFontName("a.pfb", &name));  // too short a stem
   EXPECT_TRUE(GetWindowsMMMFontNameFromPrinterFontName("/d/AB.PFB", &name) && name == "/d/AB.mmm");

@@ -1,5 +1,4 @@
-// AppleSingle and AppleDouble: the fixtures of two writers, damaged headers, and writing back
-// (an edited entry written back is tested in fork_writer_test.cpp).
+// AppleSingle and AppleDouble headers; edited forks written back: resources/resource_file_test.cpp.
 #include "platform/linux/apple_double.h"
 
 #include <gtest/gtest.h>
@@ -16,8 +15,7 @@ using test::Bytes;
 
 Bytes copyOf(ByteSpan s) { return Bytes(s.begin(), s.end()); }
 
-// Entry layouts as the fixture set's independent dumper reports them; writing the entries back
-// unchanged gives the same bytes.
+// Entries as the fixture set's independent dumper reports them; written back unchanged, the same bytes.
 TEST(AppleDouble, ReadsAndRewritesTheFixtureFiles) {
   const struct { const char* path; uint32_t magic; size_t entries, fork; const char* codes; const char* name; } rows[] = {
       {"d-t1mac-lwfn/applesingle/C059Rom", kAppleSingleMagic, 5, 9513, "LWFNT1UT", "C059Rom"},
@@ -30,8 +28,8 @@ TEST(AppleDouble, ReadsAndRewritesTheFixtureFiles) {
     auto file = MappedFile::open(test::macFixture(row.path));
     auto apple = readAppleFile(file->bytes());
     ASSERT_TRUE(apple && apple->entry(kAppleEntryResourceFork));
-    EXPECT_EQ(std::make_pair(apple->magic, apple->entries.size()), std::make_pair(row.magic, row.entries));
-    EXPECT_EQ(apple->entry(kAppleEntryResourceFork)->bytes.size, row.fork);
+    EXPECT_EQ(std::make_tuple(apple->magic, apple->entries.size(), apple->entry(kAppleEntryResourceFork)->bytes.size),
+              std::make_tuple(row.magic, row.entries, row.fork));
     EXPECT_EQ(std::make_pair(apple->fileType(), apple->fileCreator()),
               std::make_pair(test::fourCC(std::string(row.codes, 4)), test::fourCC(row.codes + 4)));
     const AppleEntry* name = apple->entry(kAppleEntryRealName);

@@ -1,5 +1,4 @@
-// Fork location: each place on its own, the order between places, the same font in every
-// container form, and which files are companions rather than fonts.
+// Fork location: each place alone, their order, every container form, and companion files.
 #include "platform/linux/fork_locator.h"
 
 #include <gtest/gtest.h>
@@ -33,8 +32,7 @@ const Bytes kData = test::bytesOf("data fork bytes");
 const Bytes kCompanion = AppleDoubleBuilder::appleDouble().finderInfo("FFIL", "DMOV").entry(2, kFork).build();
 
 TEST(ForkLocator, EachPlaceOnItsOwn) {
-  Bytes finderInfo = test::bytesOf("LWFNGWp1");
-  finderInfo.resize(32);
+  const Bytes finderInfo = [] { Bytes b = test::bytesOf("LWFNGWp1"); b.resize(32); return b; }();
   const Bytes macBinary = test::MacBinaryBuilder().typeCreator("LWFN", "T1UT").dataFork(kData).resourceFork(kFork).build();
   const Bytes single = AppleDoubleBuilder::appleSingle().finderInfo("LWFN", "T1UT").entry(2, kFork).entry(1, kData).build();
   using Place = std::optional<FileForks> (*)(std::shared_ptr<const MappedFile>);
@@ -90,8 +88,7 @@ TEST(ForkLocator, PlacesAreTriedInOrder) {
   EXPECT_FALSE(openForks(test::fontPath("sfnt/missing.ttf")) || openForks(test::fontPath("sfnt")));
 }
 
-// The same resources and codes in every form are checked in resources/resource_file_test.cpp;
-// here the data fork and the size the Finder shows.
+// Resources and codes in every form are checked in resources/resource_file_test.cpp; here the rest.
 TEST(ForkLocator, SameFontInEveryContainerForm) {
   for (const auto& forms : std::vector<std::vector<const char*>>{
            {"d-t1mac-lwfn/macbinary/C059Rom", "d-t1mac-lwfn/macbinary-i/C059Rom", "d-t1mac-lwfn/applesingle/C059Rom",
@@ -112,8 +109,7 @@ TEST(ForkLocator, CompanionFilesAreNotFonts) {
   test::ScratchDir dir;
   put(dir.path(), {{"Font", {}}, {"%Font", kCompanion}, {"%Lone", kData}});
   for (const std::string& path : std::vector<std::string>{"/f/._Font", "._Font", "/f/.AppleDouble/Font", "/f/.resource/Font",
-                                                          "/f/.finderinfo/Font", "/f/resource.frk/Font", "/x/__MACOSX/f/Font",
-                                                          dir.file("%Font")})
+       "/f/.finderinfo/Font", "/f/resource.frk/Font", "/x/__MACOSX/f/Font", dir.file("%Font")})
     EXPECT_TRUE(isForkCompanion(path)) << path;
   for (const std::string& path : std::vector<std::string>{dir.file("%Lone"), dir.file("Font"), "/f/Font._", "/f/.AppleDoubleFont"})
     EXPECT_FALSE(isForkCompanion(path)) << path;

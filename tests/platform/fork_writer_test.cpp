@@ -1,5 +1,4 @@
-// Atomic writing and replacement of files. Writing edited forks back into every container form,
-// and an interrupted write, are tested over the real fixtures in resources/resource_file_test.cpp.
+// Atomic writes; edits written back into each container form: resources/resource_file_test.cpp.
 #include "platform/linux/fork_writer.h"
 
 #include <gtest/gtest.h>
@@ -31,8 +30,7 @@ TEST(ForkWriter, WritesAtomicallyKeepingPermissionsAndAFailureLeavesTheOriginal)
   EXPECT_FALSE(writeFileAtomically(dir.file("missing/font"), test::bytesOf("new")));
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), std::filesystem::directory_iterator()), 1)
       << "a temporary file was left behind";
-  // A plain file has no place for a resource fork.
-  EXPECT_FALSE(writeForkBack(*openForks(path), ForkKind::Resource, test::bytesOf("fork")));
+  EXPECT_FALSE(writeForkBack(*openForks(path), ForkKind::Resource, test::bytesOf("fork"))) << "a plain file has no place";
 }
 
 }  // namespace
