@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "analysis/checksums.h"
 #include "builders/sfnt_builder.h"
 #include "builders/type1_builder.h"
 #include "support/test_paths.h"
@@ -11,196 +12,83 @@ namespace {
 
 using test::Bytes;
 
-TEST(FontData, ExtensionTypes) {
-  const struct {
-    const char* path;
-    short type;
-  } rows[] = {
-      {"font.ttf", 0},     {"Font.TTF", 0},      {"f.otf", 1},          {"f.ps", 2},         {"f.dfont", 3},
-      {"f.ttc", 4},        {"f.fot", 5},         {"f.fnt", 6},          {"f.fon", 7},        {"f.pfm", 8},
-      {"f.pfb", 9},        {"f.MMM", 10},        {"f.inf", 11},         {"font.abcdef", 12}, {"font.abcde", 12},
-      {"font", 12},        {"", 12},             {"/dir.abc/font", 12}, {"/dir.ps/x", 12},   {".ttf", 0},
-      {"a.b.ttf", 0},      {"font.", 12},        {"font.ttf ", 12},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.path);
-    EXPECT_EQ(fontTypeFromExtension(row.path), row.type);
-  }
-  EXPECT_EQ(fontTypeFromExtension(nullptr), 12);
-}
-
-struct Kind {
-  uint16_t fontKind;
-  UxString text;
-};
-
-Kind kindOf(const std::string& path) {
-  TFontData fd;
-  initializeAndConstructFontInfo(fd, nullptr, path);
-  UxString text;
-  getMetaData_FontType(fd, nullptr, 0, &text);
-  Kind k{fd.fontKind, text};
-  freeFontInfo(fd);
-  return k;
-}
-
-std::string asString(const Bytes& b) { return std::string(b.begin(), b.end()); }
-
 TEST(FontData, DecidesTheKindFromExtensionThenFirstBytes) {
   const Bytes trueType = test::SfntBuilder(0x00010000).table("head", 8).build();
-  const Bytes otto = test::patchU32(trueType, 0, 0x4F54544F);
-  const Bytes ttcf = test::patchU32(trueType, 0, 0x74746366);
-  const Bytes pfm = test::pfmFile(200, 200, "Copyright 2020 Sample Foundry");
-  const struct {
-    const char* name;
-    Bytes bytes;
-    uint16_t kind;
-    const char* text;
-  } rows[] = {
-      {"a.ttf", otto, kFontKindTrueType, "TrueType"},
-      {"a.otf", otto, kFontKindOpenTypePS, "OpenType - PS"},
-      {"a.otf", trueType, kFontKindOpenTypeTT, "OpenType - TT"},
-      {"a.OTF", Bytes{0x4F, 0x54}, kFontKindOpenTypeTT, "OpenType - TT"},
-      {"a.ps", trueType, kFontKindPostScript, "PostScript"},
-      {"a.pfm", trueType, kFontKindPostScript, "PostScript"},
-      {"a.dfont", trueType, kFontKindTrueType, "TrueType"},
-      {"a.ttc", trueType, kFontKindCollection, "TrueType Collection"},
-      {"a.mmm", trueType, kFontKindPostScriptMM, "PostScript - MM"},
-      {"a.pfb", otto, kFontKindUnknown, ""},
-      {"a.inf", otto, kFontKindUnknown, ""},
-      {"noext-ttcf", ttcf, kFontKindTrueType, "TrueType"},
-      {"noext-otto", otto, kFontKindOpenTypePS, "OpenType - PS"},
-      {"noext-truetype", trueType, kFontKindUnknown, ""},
-      {"noext-short", Bytes{0x4F, 0x54, 0x54}, kFontKindUnknown, ""},
-      {"noext-pfm", pfm, kFontKindPostScript, "PostScript"},
-      {"noext-pfm-size-wrong", test::pfmFile(200, 201, "Copyright"), kFontKindUnknown, ""},
-      {"noext-pfm-no-copyright", test::pfmFile(200, 200, "(c) 2020 Sample"), kFontKindUnknown, ""},
-      {"noext-pfm-copyright-past-60", test::pfmFile(200, 200, std::string(55, ' ') + "Copyright"), kFontKindUnknown, ""},
-      {"noext-pfm-116-bytes", test::pfmFile(116, 116, "Copyright"), kFontKindUnknown, ""},
-      {"noext-pfm-117-bytes", test::pfmFile(117, 117, "COPYRIGHT"), kFontKindPostScript, "PostScript"},
+  const Bytes otto = test::patchU32(trueType, 0, 0x4F54544F), ttcf = test::patchU32(trueType, 0, 0x74746366);
+  const struct { const char* name; Bytes bytes; const char* kind; } rows[] = {
+      {"a.ttf", otto, "TrueType"}, {"a.otf", otto, "OpenType - PS"}, {"a.otf", trueType, "OpenType - TT"},
+      {"a.OTF", Bytes{0x4F, 0x54}, "OpenType - TT"}, {"a.ps", trueType, "PostScript"}, {"a.dfont", trueType, "TrueType"},
+      {"a.ttc", trueType, "TrueType Collection"}, {"a.mmm", trueType, "PostScript - MM"}, {"a.pfb", otto, ""},
+      {"noext-ttcf", ttcf, "TrueType"}, {"noext-otto", otto, "OpenType - PS"}, {"noext-truetype", trueType, ""},
+      {"noext-pfm", test::pfmFile(117, 117, "COPYRIGHT 2020 Sample"), "PostScript"},
+      {"noext-pfm-size-wrong", test::pfmFile(200, 201, "Copyright"), ""},
+      {"noext-pfm-116-bytes", test::pfmFile(116, 116, "Copyright"), ""},
+      // A real metrics file stores its size little-endian, so the big-endian test refuses it.
+      {"noext-real-pfm", test::asciiBytes(test::readFile(test::fontPath("type1/NimbusRoman-Regular.pfm"))), ""},
   };
   test::ScratchDir dir;
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
-    test::writeFile(dir.file(row.name), asString(row.bytes));
-    Kind k = kindOf(dir.file(row.name));
-    EXPECT_EQ(k.fontKind, row.kind);
-    EXPECT_EQ(k.text, row.text);
+    test::writeFile(dir.file(row.name), std::string(row.bytes.begin(), row.bytes.end()));
+    TFontData fd;
+    initializeAndConstructFontInfo(fd, nullptr, dir.file(row.name));
+    UxString kind;
+    getMetaData_FontType(fd, nullptr, 0, &kind);
+    EXPECT_EQ(kind, row.kind) << row.name;
+    freeFontInfo(fd);
   }
-  // A real metrics file stores its size little-endian, so the big-endian test refuses it.
-  test::writeFile(dir.file("realpfm"), test::readFile(test::fontPath("type1/NimbusRoman-Regular.pfm")));
-  EXPECT_EQ(kindOf(dir.file("realpfm")).fontKind, kFontKindUnknown);
-  EXPECT_EQ(kindOf(dir.file("missing")).fontKind, kFontKindUnknown);
 }
 
-TEST(FontData, CutsLongPaths) {
-  TFontData fd;
-  std::string path(2000, 'p');
-  initializeAndConstructFontInfo(fd, nullptr, path);
-  EXPECT_EQ(std::string(fd.path), path.substr(0, 1023));
-  EXPECT_EQ(fd.pathString, path);
-  EXPECT_FALSE(fd.forks);
-  freeFontInfo(fd);
+// "status|printer file|kind|platform" and, with `everything`, "|<the 7 names>|kerning checksum".
+std::string collect(const std::string& path, bool everything, const FileForks* forks = nullptr) {
+  UxString s[10];
+  uint32_t kerning = 0;
+  long status = CollectMetaData(nullptr, path, nullptr, 0, &s[0], &s[1], &s[2], &s[3], &s[4], &s[5], &s[6], &s[7],
+                                &s[8], &s[9], &kerning, forks);
+  std::string all = std::to_string(status);
+  for (int i = 0; i < (everything ? 10 : 3); ++i) all += "|" + s[i];
+  return everything ? all + "|" + std::to_string(kerning) : all;
 }
 
-struct Collected {
-  long status = 0;
-  UxString printer, kind, platform, foundry, family, version, postScript, styled, full, windowsFull;
-  uint32_t kerning = 0x5EED;
-};
-
-Collected collect(const std::string& path, const FileForks* forks = nullptr) {
-  Collected c;
-  c.status = CollectMetaData(nullptr, path, nullptr, 0, &c.printer, &c.kind, &c.platform, &c.foundry, &c.family,
-                             &c.version, &c.postScript, &c.styled, &c.full, &c.windowsFull, &c.kerning, forks);
-  return c;
-}
-
-// Names and table facts from fontTools; see tests/fonts/sfnt/README.md.
-TEST(FontData, CollectsMetadataOfRealFonts) {
-  const struct {
-    std::string path;
-    const char* kind;
-    const char* postScript;
-    const char* styled;
-    uint32_t kerning;
-  } rows[] = {
-      {test::fontPath("sfnt/DejaVuSans-kern.ttf"), "TrueType", "DejaVuSans", "DejaVu Sans Book", 0xFA0DFAA2},
-      {test::fontPath("sfnt/DejaVuSans-DSIG.ttf"), "OpenType - TT", "DejaVuSans", "DejaVu Sans Book", 0xFA0DFAA2},
-      {test::fontPath("sfnt/DejaVuSans-GPOS.ttf"), "OpenType - TT", "DejaVuSans", "DejaVu Sans Book", 0x1F2A260E},
-      {test::fontPath("sfnt/NimbusSans-Regular.otf"), "OpenType - PS", "NimbusSans-Regular", "Nimbus Sans Regular",
-       0xE20DF8BA},
-      {"/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf", "OpenType - TT", "DejaVuSans", "DejaVu Sans Book",
-       0x0C99083B},
-      {"/usr/share/fonts/opentype/urw-base35/NimbusSans-Regular.otf", "OpenType - PS", "NimbusSans-Regular",
-       "Nimbus Sans Regular", 0x6830EF48},
+// Kinds, names and table checksums from fontTools (stored checkSum where the kern/GPOS length is
+// no multiple of four, else the word sum by Python struct); file CRCs from Python's zlib.crc32.
+TEST(FontData, CollectsMetadataAndChecksumsOfRealFonts) {
+  const std::string dejaVu = "DejaVu fonts team|DejaVu Sans|Version 2.37|DejaVuSans|DejaVu Sans Book|DejaVu Sans|DejaVu Sans";
+  const std::string nimbus = "(URW)++,Copyright 2014 by (URW)++ Design & Development|Nimbus Sans|Version 1.00|"
+                             "NimbusSans-Regular|Nimbus Sans Regular|Nimbus Sans|";
+  const struct { std::string path, kind, names; uint32_t kerning, crc; } rows[] = {
+      {test::fontPath("sfnt/DejaVuSans-kern.ttf"), "TrueType", dejaVu, 0xFA0DFAA2, 0x6CEF5D8F},
+      {test::fontPath("sfnt/DejaVuSans-DSIG.ttf"), "OpenType - TT", dejaVu, 0xFA0DFAA2, 0x6044FE9C},
+      {test::fontPath("sfnt/DejaVuSans-GPOS.ttf"), "OpenType - TT", dejaVu, 0x1F2A260E, 0x94A13172},  // Windows names
+      {test::fontPath("sfnt/NimbusSans-Regular.otf"), "OpenType - PS", "Copyright " + nimbus + "Nimbus Sans", 0xE20DF8BA,
+       0x7400DF99},
+      {"/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf", "OpenType - TT", dejaVu, 0x0C99083B, 0xD74C30B5},
+      {"/usr/share/fonts/opentype/urw-base35/NimbusSans-Regular.otf", "OpenType - PS", nimbus + "NimbusSans-Regular",
+       0x6830EF48, 0x2D33C23B},
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.path);
-    if (test::readFile(row.path).empty()) {
-      std::cerr << "skipped, not installed: " << row.path << "\n";
-      continue;
-    }
-    Collected c = collect(row.path);
-    EXPECT_EQ(c.status, 0);
-    EXPECT_EQ(c.kind, row.kind);
-    EXPECT_EQ(c.platform, "crossplatform");
-    EXPECT_EQ(c.postScript, row.postScript);
-    EXPECT_EQ(c.styled, row.styled);
-    EXPECT_EQ(c.kerning, row.kerning);
-    EXPECT_EQ(c.printer, "");
+    if (test::readFile(row.path).empty()) continue;  // a Debian font that is not installed
+    EXPECT_EQ(collect(row.path, true), "0||" + row.kind + "|crossplatform|" + row.names + "|" + std::to_string(row.kerning));
+    uint32_t crc = 0, dataFork = 0;
+    EXPECT_TRUE(CChecksum::CalculateFileChecksum(row.path, &crc, &dataFork)) << row.path;
+    EXPECT_EQ(std::make_pair(crc, dataFork), std::make_pair(row.crc, row.crc)) << row.path;
   }
+  // The path only names the font; the bytes come from the forks the caller already mapped.
+  std::optional<FileForks> forks = openForks(rows[3].path);
+  ASSERT_TRUE(forks);
+  EXPECT_EQ(collect("/nonexistent/NimbusSans-Regular.otf", true, &*forks), collect(rows[3].path, true));
 }
 
 TEST(FontData, CollectStatuses) {
   test::ScratchDir dir;
-  const std::string ttc = test::readFile(test::fontPath("sfnt/DejaVuSans-3faces.ttc"));
-  test::writeFile(dir.file("faces.ttc"), ttc);
-  test::writeFile(dir.file("faces"), ttc);
+  const Bytes noNames = test::SfntBuilder().table("head", 8).table("glyf", 8).build();
+  test::writeFile(dir.file("faces.ttc"), test::readFile(test::fontPath("sfnt/DejaVuSans-3faces.ttc")));
   test::writeFile(dir.file("font.ps"), test::readFile(test::fontPath("type1/NimbusRoman-Regular.pfa")));
-  test::writeFile(dir.file("font.pfb"), test::readFile(test::fontPath("type1/NimbusRoman-Regular.pfb")));
-  test::writeFile(dir.file("empty.ttf"), "");
-  test::writeFile(dir.file("nonames.ttf"), asString(test::SfntBuilder().table("head", 8).table("glyf", 8).build()));
-  const struct {
-    const char* what;
-    std::string path;
-    long status;
-    const char* kind;
-    const char* platform;
-  } rows[] = {
-      {"missing file", dir.file("missing.ttf"), 3, "TrueType", "mac"},
-      {"empty file", dir.file("empty.ttf"), 3, "TrueType", "mac"},
-      {"sfnt without names", dir.file("nonames.ttf"), 3, "TrueType", "mac"},
-      {"collection by extension: no data is loaded", dir.file("faces.ttc"), 3, "TrueType Collection", "mac"},
-      {"collection without extension reads as TrueType", dir.file("faces"), 3, "TrueType", "mac"},
-      {"PostScript without a printer file falls back to sfnt reading", dir.file("font.ps"), 3, "PostScript", "mac"},
-      {"pfb is of unknown kind", dir.file("font.pfb"), 3, "", "mac"},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.what);
-    Collected c = collect(row.path);
-    EXPECT_EQ(c.status, row.status);
-    EXPECT_EQ(c.kind, row.kind);
-    EXPECT_EQ(c.platform, row.platform);
-    EXPECT_EQ(c.postScript, "");
-  }
-  // Every output may be null.
-  EXPECT_EQ(CollectMetaData(nullptr, test::fontPath("sfnt/DejaVuSans-kern.ttf"), nullptr, 0, nullptr, nullptr,
-                            nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr),
-            0);
-}
-
-TEST(FontData, CollectReadsForksTheCallerMapped) {
-  std::optional<FileForks> forks = openForks(test::fontPath("sfnt/NimbusSans-Regular.otf"));
-  ASSERT_TRUE(forks);
-  // The path only names the font; the bytes come from the forks already mapped.
-  Collected c = collect("/nonexistent/NimbusSans-Regular.otf", &*forks);
-  EXPECT_EQ(c.status, 0);
-  EXPECT_EQ(c.kind, "OpenType - PS");
-  EXPECT_EQ(c.postScript, "NimbusSans-Regular");
-  EXPECT_EQ(c.foundry, "Copyright (URW)++,Copyright 2014 by (URW)++ Design & Development");
-  EXPECT_EQ(c.version, "Version 1.00");
-  EXPECT_EQ(c.windowsFull, "Nimbus Sans");
+  test::writeFile(dir.file("nonames.ttf"), std::string(noNames.begin(), noNames.end()));
+  // A collection named so loads no data; PostScript without a printer file is read as an sfnt, which fails.
+  const struct { const char* file; const char* status; } rows[] = {
+      {"missing.ttf", "3||TrueType|mac"}, {"nonames.ttf", "3||TrueType|mac"},
+      {"faces.ttc", "3||TrueType Collection|mac"}, {"font.ps", "3||PostScript|mac"}};
+  for (const auto& row : rows) EXPECT_EQ(collect(dir.file(row.file), false), row.status) << row.file;
 }
 
 }  // namespace

@@ -1,16 +1,14 @@
-// Fork location: each place on its own, the order between places, the same font in every
-// container form, and which files are companions rather than fonts.
+// Fork location: each place alone, their order, every container form, and companion files.
+#include "platform/linux/fork_locator.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <functional>
 
 #include "builders/apple_double_builder.h"
 #include "builders/mac_binary_builder.h"
 #include "builders/resource_fork_builder.h"
-#include "platform/linux/fork_locator.h"
 #include "support/mac_fixtures.h"
-#include "support/test_paths.h"
 
 namespace typeprint {
 namespace {
@@ -18,210 +16,103 @@ namespace {
 namespace fs = std::filesystem;
 using test::AppleDoubleBuilder;
 using test::Bytes;
-using test::MacBinaryBuilder;
-using test::ResourceForkBuilder;
+using Files = std::vector<std::pair<std::string, Bytes>>;  // path below a scratch folder, contents
 
 Bytes copyOf(ByteSpan s) { return Bytes(s.begin(), s.end()); }
 
-void put(const fs::path& path, const Bytes& bytes) {
-  fs::create_directories(path.parent_path());
-  test::writeFile(path.string(), std::string(bytes.begin(), bytes.end()));
+void put(const std::string& dir, const Files& files) {
+  for (const auto& [path, bytes] : files) {
+    fs::create_directories(fs::path(dir + "/" + path).parent_path());
+    test::writeFile(dir + "/" + path, std::string(bytes.begin(), bytes.end()));
+  }
 }
 
-Bytes sampleFork() { return ResourceForkBuilder().add("FOND", 128, Bytes(60, 1), "Sample").build(); }
-Bytes sampleData() { return test::bytesOf("data fork bytes"); }
-Bytes companion() { return AppleDoubleBuilder::appleDouble().finderInfo("FFIL", "DMOV").entry(2, sampleFork()).build(); }
-
-using Place = std::optional<FileForks> (*)(std::shared_ptr<const MappedFile>);
-
-struct PlaceRow {
-  const char* what;
-  std::function<void(const fs::path& folder)> setUp;  // the font is folder/a/b/Font
-  Place place;
-  ForkSource source;
-  const char* companionRelative;  // from folder; "" when the font itself holds the forks
-  bool dataIsFile;                // the data fork is the font file's own bytes
-  uint32_t type, creator;
-};
-
-std::vector<PlaceRow> placeRows() {
-  const fs::path font = "a/b/Font";
-  auto plainData = [](const fs::path& dir) { put(dir / "a/b/Font", sampleData()); };
-  return {
-      {"MacBinary", [](const fs::path& dir) {
-         put(dir / "a/b/Font", MacBinaryBuilder().typeCreator("FFIL", "DMOV").dataFork(sampleData()).resourceFork(sampleFork()).build());
-       }, forksFromContainer, ForkSource::MacBinary, "", false, tag("FFIL"), tag("DMOV")},
-      {"AppleSingle", [](const fs::path& dir) {
-         put(dir / "a/b/Font", AppleDoubleBuilder::appleSingle().finderInfo("LWFN", "T1UT").entry(2, sampleFork()).entry(1, sampleData()).build());
-       }, forksFromContainer, ForkSource::AppleSingle, "", false, tag("LWFN"), tag("T1UT")},
-      {"._N", [=](const fs::path& dir) { plainData(dir); put(dir / "a/b/._Font", companion()); },
-       forksFromDotUnderscore, ForkSource::AppleDouble, "a/b/._Font", true, tag("FFIL"), tag("DMOV")},
-      {".AppleDouble/N", [=](const fs::path& dir) { plainData(dir); put(dir / "a/b/.AppleDouble/Font", companion()); },
-       forksFromNetatalk, ForkSource::AppleDouble, "a/b/.AppleDouble/Font", true, tag("FFIL"), tag("DMOV")},
-      {"%N", [=](const fs::path& dir) { plainData(dir); put(dir / "a/b/%Font", companion()); },
-       forksFromPercentDouble, ForkSource::AppleDouble, "a/b/%Font", true, tag("FFIL"), tag("DMOV")},
-      {".resource/N with .finderinfo/N", [=](const fs::path& dir) {
-         plainData(dir);
-         put(dir / "a/b/.resource/Font", sampleFork());
-         Bytes info = test::bytesOf("LWFNGWp1");
-         info.resize(32);
-         put(dir / "a/b/.finderinfo/Font", info);
-       }, forksFromResourceFolder, ForkSource::BareFork, "a/b/.resource/Font", true, tag("LWFN"), tag("GWp1")},
-      {"resource.frk/N", [=](const fs::path& dir) { plainData(dir); put(dir / "a/b/resource.frk/Font", sampleFork()); },
-       forksFromResourceFrk, ForkSource::BareFork, "a/b/resource.frk/Font", true, 0, 0},
-      {"__MACOSX mirror two levels up", [=](const fs::path& dir) { plainData(dir); put(dir / "__MACOSX/a/b/._Font", companion()); },
-       forksFromMacosxMirror, ForkSource::AppleDouble, "__MACOSX/a/b/._Font", true, tag("FFIL"), tag("DMOV")},
-      {"__MACOSX mirror in the same folder", [=](const fs::path& dir) { plainData(dir); put(dir / "a/b/__MACOSX/._Font", companion()); },
-       forksFromMacosxMirror, ForkSource::AppleDouble, "a/b/__MACOSX/._Font", true, tag("FFIL"), tag("DMOV")},
-  };
-}
+const Bytes kFork = test::ResourceForkBuilder().add("FOND", 128, Bytes(60, 1), "Sample").build();
+const Bytes kData = test::bytesOf("data fork bytes");
+const Bytes kCompanion = AppleDoubleBuilder::appleDouble().finderInfo("FFIL", "DMOV").entry(2, kFork).build();
 
 TEST(ForkLocator, EachPlaceOnItsOwn) {
-  for (const PlaceRow& row : placeRows()) {
-    SCOPED_TRACE(row.what);
-    test::ScratchDir scratch;
-    fs::path dir = scratch.path();
-    row.setUp(dir);
-    const std::string font = (dir / "a/b/Font").string();
-    auto file = MappedFile::open(font);
-    ASSERT_TRUE(file);
+  const Bytes finderInfo = [] { Bytes b = test::bytesOf("LWFNGWp1"); b.resize(32); return b; }();
+  const Bytes macBinary = test::MacBinaryBuilder().typeCreator("LWFN", "T1UT").dataFork(kData).resourceFork(kFork).build();
+  const Bytes single = AppleDoubleBuilder::appleSingle().finderInfo("LWFN", "T1UT").entry(2, kFork).entry(1, kData).build();
+  using Place = std::optional<FileForks> (*)(std::shared_ptr<const MappedFile>);
+  // The font is a/b/Font; a second file, when there is one, holds the resource fork.
+  const struct { Files files; Place place; ForkSource source; const char* codes; } rows[] = {
+      {{{"a/b/Font", macBinary}}, forksFromContainer, ForkSource::MacBinary, "LWFNT1UT"},
+      {{{"a/b/Font", single}}, forksFromContainer, ForkSource::AppleSingle, "LWFNT1UT"},
+      {{{"a/b/Font", kData}, {"a/b/._Font", kCompanion}}, forksFromDotUnderscore, ForkSource::AppleDouble, "FFILDMOV"},
+      {{{"a/b/Font", kData}, {"a/b/.AppleDouble/Font", kCompanion}}, forksFromNetatalk, ForkSource::AppleDouble, "FFILDMOV"},
+      {{{"a/b/Font", kData}, {"a/b/%Font", kCompanion}}, forksFromPercentDouble, ForkSource::AppleDouble, "FFILDMOV"},
+      {{{"a/b/Font", kData}, {"a/b/.resource/Font", kFork}, {"a/b/.finderinfo/Font", finderInfo}}, forksFromResourceFolder,
+       ForkSource::BareFork, "LWFNGWp1"},
+      {{{"a/b/Font", kData}, {"a/b/resource.frk/Font", kFork}}, forksFromResourceFrk, ForkSource::BareFork, "\0\0\0\0\0\0\0\0"},
+      {{{"a/b/Font", kData}, {"__MACOSX/a/b/._Font", kCompanion}}, forksFromMacosxMirror, ForkSource::AppleDouble, "FFILDMOV"},
+      {{{"a/b/Font", kData}, {"a/b/__MACOSX/._Font", kCompanion}}, forksFromMacosxMirror, ForkSource::AppleDouble, "FFILDMOV"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.files.back().first);
+    test::ScratchDir dir;
+    put(dir.path(), row.files);
+    auto file = MappedFile::open(dir.file("a/b/Font"));
     auto forks = row.place(file);
     ASSERT_TRUE(forks);
     EXPECT_EQ(forks->source, row.source);
-    EXPECT_EQ(copyOf(forks->resourceFork), sampleFork());
-    EXPECT_EQ(copyOf(forks->dataFork), sampleData());
-    EXPECT_EQ(forks->type, row.type);
-    EXPECT_EQ(forks->creator, row.creator);
-    EXPECT_EQ(forks->finderSize(), sampleFork().size() + sampleData().size());
-    if (*row.companionRelative) {
-      EXPECT_TRUE(fs::equivalent(forks->companionPath, dir / row.companionRelative));
-    }
-    // The place-finding order reaches the same answer.
-    auto opened = openForks(font);
-    ASSERT_TRUE(opened);
-    EXPECT_EQ(opened->source, row.source);
-    EXPECT_EQ(copyOf(opened->resourceFork), sampleFork());
-    // No other place claims this setup's fork.
-    for (const PlaceRow& other : placeRows()) {
-      if (other.place == row.place) continue;
-      SCOPED_TRACE(other.what);
-      EXPECT_FALSE(other.place(file));
-    }
+    EXPECT_EQ(std::make_pair(copyOf(forks->resourceFork), copyOf(forks->dataFork)), std::make_pair(kFork, kData));
+    EXPECT_EQ(std::make_pair(forks->type, forks->creator),
+              std::make_pair(test::fourCC(std::string(row.codes, 4)), test::fourCC(std::string(row.codes + 4, 4))));
+    EXPECT_EQ(forks->finderSize(), kFork.size() + kData.size());
+    if (row.files.size() > 1) EXPECT_TRUE(fs::equivalent(forks->companionPath, dir.file(row.files[1].first)));
+    auto opened = openForks(dir.file("a/b/Font"));  // the fixed order reaches the same answer
+    EXPECT_TRUE(opened && opened->source == row.source && copyOf(opened->resourceFork) == kFork);
+    for (const auto& other : rows)  // and no other place claims this fork
+      if (other.place != row.place) EXPECT_FALSE(other.place(file)) << "taken for " << other.files.back().first;
   }
-}
-
-TEST(ForkLocator, PlainFileHasNoResourceForkAndNoCodes) {
-  auto forks = openForks(test::fontPath("sfnt/DejaVuSans-kern.ttf"));
-  ASSERT_TRUE(forks);
-  EXPECT_EQ(forks->source, ForkSource::Plain);
-  EXPECT_TRUE(forks->resourceFork.empty());
-  EXPECT_EQ(forks->type, 0u);
-  EXPECT_EQ(forks->creator, 0u);
-  EXPECT_EQ(forks->finderSize(), fs::file_size(test::fontPath("sfnt/DejaVuSans-kern.ttf")));
-  EXPECT_FALSE(openForks(test::fontPath("sfnt/missing.ttf")));
-  EXPECT_FALSE(openForks(test::fontPath("sfnt")));
 }
 
 TEST(ForkLocator, PlacesAreTriedInOrder) {
-  const Bytes other = ResourceForkBuilder().add("NFNT", 1, Bytes(8, 2)).build();
-  const Bytes otherCompanion = AppleDoubleBuilder::appleDouble().finderInfo("LWFN", "GWp1").entry(2, other).build();
-  const struct {
-    const char* what;
-    std::function<void(const fs::path&)> setUp;
-    ForkSource source;
-  } rows[] = {
-      {"container before ._N", [&](const fs::path& d) {
-         put(d / "Font", MacBinaryBuilder().resourceFork(sampleFork()).build());
-         put(d / "._Font", otherCompanion);
-       }, ForkSource::MacBinary},
-      {"._N before .AppleDouble/N", [&](const fs::path& d) {
-         put(d / "Font", {});
-         put(d / "._Font", companion());
-         put(d / ".AppleDouble/Font", otherCompanion);
-       }, ForkSource::AppleDouble},
-      {".AppleDouble/N before %N", [&](const fs::path& d) {
-         put(d / "Font", {});
-         put(d / ".AppleDouble/Font", companion());
-         put(d / "%Font", otherCompanion);
-       }, ForkSource::AppleDouble},
-      {"an unreadable ._N is passed over", [&](const fs::path& d) {
-         put(d / "Font", {});
-         put(d / "._Font", test::bytesOf("not an AppleDouble header"));
-         put(d / "resource.frk/Font", sampleFork());
-       }, ForkSource::BareFork},
+  const Bytes other = AppleDoubleBuilder::appleDouble().entry(2, Bytes(300, 2)).build();
+  const Files rows[] = {
+      {{"Font", test::MacBinaryBuilder().resourceFork(kFork).build()}, {"._Font", other}},  // the container first
+      {{"Font", {}}, {"._Font", kCompanion}, {".AppleDouble/Font", other}},
+      {{"Font", {}}, {".AppleDouble/Font", kCompanion}, {"%Font", other}},
+      {{"Font", {}}, {"._Font", test::bytesOf("no header")}, {"resource.frk/Font", kFork}},  // unreadable: passed over
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.what);
-    test::ScratchDir scratch;
-    row.setUp(scratch.path());
-    auto forks = openForks(scratch.file("Font"));
-    ASSERT_TRUE(forks);
-    EXPECT_EQ(forks->source, row.source);
-    EXPECT_EQ(copyOf(forks->resourceFork), sampleFork());
+  for (const auto& files : rows) {
+    test::ScratchDir dir;
+    put(dir.path(), files);
+    auto forks = openForks(dir.file("Font"));
+    EXPECT_TRUE(forks && copyOf(forks->resourceFork) == kFork) << files[1].first;
   }
+  auto plain = openForks(test::fontPath("sfnt/DejaVuSans-kern.ttf"));
+  EXPECT_TRUE(plain && plain->source == ForkSource::Plain && plain->resourceFork.size + plain->type + plain->creator == 0);
+  EXPECT_FALSE(openForks(test::fontPath("sfnt/missing.ttf")) || openForks(test::fontPath("sfnt")));
 }
 
+// Resources and codes in every form are checked in resources/resource_file_test.cpp; here the rest.
 TEST(ForkLocator, SameFontInEveryContainerForm) {
-  const auto expected = test::loadMacExpectations();
-  const struct {
-    const char* reference;
-    std::vector<const char*> forms;
-  } families[] = {
-      {"d-t1mac-lwfn/macbinary/C059Rom",
-       {"d-t1mac-lwfn/macbinary-i/C059Rom", "d-t1mac-lwfn/macbinary-stale-crc/C059Rom", "d-t1mac-lwfn/applesingle/C059Rom",
-        "d-t1mac-lwfn/appledouble/C059Rom", "d-t1mac-lwfn/netatalk/C059Rom"}},
-      {"b-suitcase-truetype/macbinary/DejaVuSans.bin", {"b-suitcase-truetype/appledouble/DejaVuSans"}},
-      {"c-type1-family/macbinary/NimbusSans", {"c-type1-family/appledouble/NimbusSans"}},
-      {"c-type1-family/macbinary/NimbuSanBolIta", {"c-type1-family/appledouble/NimbuSanBolIta"}},
-  };
-  for (const auto& family : families) {
-    auto reference = openForks(test::macFixture(family.reference));
+  for (const auto& forms : std::vector<std::vector<const char*>>{
+           {"d-t1mac-lwfn/macbinary/C059Rom", "d-t1mac-lwfn/macbinary-i/C059Rom", "d-t1mac-lwfn/applesingle/C059Rom",
+            "d-t1mac-lwfn/appledouble/C059Rom", "d-t1mac-lwfn/netatalk/C059Rom"},
+           {"b-suitcase-truetype/macbinary/DejaVuSans.bin", "b-suitcase-truetype/appledouble/DejaVuSans"}}) {
+    auto reference = openForks(test::macFixture(forms[0]));
     ASSERT_TRUE(reference);
-    const test::ExpectedFile* facts = test::findExpected(expected, family.reference);
-    ASSERT_TRUE(facts);
-    EXPECT_EQ(reference->type, test::fourCC(facts->type));
-    EXPECT_EQ(reference->creator, test::fourCC(facts->creator));
-    for (const char* form : family.forms) {
-      SCOPED_TRACE(form);
+    for (const char* form : forms) {
       auto forks = openForks(test::macFixture(form));
-      ASSERT_TRUE(forks);
-      EXPECT_EQ(copyOf(forks->resourceFork), copyOf(reference->resourceFork));
-      EXPECT_EQ(copyOf(forks->dataFork), copyOf(reference->dataFork));
-      EXPECT_EQ(forks->type, reference->type);
-      EXPECT_EQ(forks->creator, reference->creator);
-      EXPECT_EQ(forks->finderSize(), reference->finderSize());
+      ASSERT_TRUE(forks) << form;
+      EXPECT_EQ(copyOf(forks->dataFork), copyOf(reference->dataFork)) << form;
+      EXPECT_EQ(forks->finderSize(), reference->finderSize()) << form;
     }
   }
 }
 
 TEST(ForkLocator, CompanionFilesAreNotFonts) {
-  test::ScratchDir scratch;
-  put(fs::path(scratch.path()) / "Font", {});
-  put(fs::path(scratch.path()) / "%Font", companion());
-  put(fs::path(scratch.path()) / "%Lone", sampleData());
-  const struct {
-    std::string path;
-    bool companion;
-  } rows[] = {
-      {"/fonts/._Font", true},
-      {"._Font", true},
-      {"/fonts/.AppleDouble/Font", true},
-      {"/fonts/.resource/Font", true},
-      {"/fonts/.finderinfo/Font", true},
-      {"/fonts/resource.frk/Font", true},
-      {"/x/__MACOSX/fonts/Font", true},
-      {scratch.file("%Font"), true},
-      {scratch.file("%Lone"), false},
-      {scratch.file("Font"), false},
-      {"/fonts/Font._", false},
-      {"/fonts/AppleDouble/Font", false},
-      {"/fonts/.AppleDoubleFont", false},
-      {"/fonts/DejaVuSans.ttf", false},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.path);
-    EXPECT_EQ(isForkCompanion(row.path), row.companion);
-  }
+  test::ScratchDir dir;
+  put(dir.path(), {{"Font", {}}, {"%Font", kCompanion}, {"%Lone", kData}});
+  for (const std::string& path : std::vector<std::string>{"/f/._Font", "._Font", "/f/.AppleDouble/Font", "/f/.resource/Font",
+       "/f/.finderinfo/Font", "/f/resource.frk/Font", "/x/__MACOSX/f/Font", dir.file("%Font")})
+    EXPECT_TRUE(isForkCompanion(path)) << path;
+  for (const std::string& path : std::vector<std::string>{dir.file("%Lone"), dir.file("Font"), "/f/Font._", "/f/.AppleDoubleFont"})
+    EXPECT_FALSE(isForkCompanion(path)) << path;
 }
 
 }  // namespace

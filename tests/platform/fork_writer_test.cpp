@@ -1,76 +1,36 @@
-// Atomic replacement of files and the choice of target per container form.
+// Atomic writes; edits written back into each container form: resources/resource_file_test.cpp.
+#include "platform/linux/fork_writer.h"
+
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <filesystem>
 
-#include "builders/apple_double_builder.h"
-#include "platform/linux/fork_writer.h"
-#include "support/mac_fixtures.h"
+#include "builders/byte_edits.h"
+#include "platform/linux/atomic_file.h"
 #include "support/test_paths.h"
 
 namespace typeprint {
 namespace {
 
-namespace fs = std::filesystem;
-using test::Bytes;
-
-size_t filesIn(const std::string& dir) {
-  return size_t(std::distance(fs::directory_iterator(dir), fs::directory_iterator()));
-}
-
-TEST(ForkWriter, ReplacesKeepingPermissions) {
-  test::ScratchDir scratch;
-  const std::string path = scratch.file("font");
-  test::writeFile(path, "old contents");
+TEST(ForkWriter, WritesAtomicallyKeepingPermissionsAndAFailureLeavesTheOriginal) {
+  test::ScratchDir dir;
+  const std::string path = dir.file("font");
+  ASSERT_TRUE(writeFileAtomically(path, test::bytesOf("new")));
   ASSERT_EQ(chmod(path.c_str(), 0640), 0);
-  Bytes bytes = test::bytesOf("new");
-  EXPECT_TRUE(replaceFileAtomically(path, bytes));
+  setReplaceFaultForTesting([](const std::string&) { return false; });  // as a crash or a full disk would
+  EXPECT_FALSE(replaceFileAtomically(path, test::bytesOf("newer")));
+  setReplaceFaultForTesting(nullptr);
   EXPECT_EQ(test::readFile(path), "new");
+  EXPECT_TRUE(replaceFileAtomically(path, test::bytesOf("newer")));
   struct stat st;
   ASSERT_EQ(stat(path.c_str(), &st), 0);
   EXPECT_EQ(st.st_mode & 07777, 0640u);
-  EXPECT_EQ(filesIn(scratch.path()), 1u);
-}
-
-TEST(ForkWriter, FailuresLeaveTheOriginalAndNoTemporaryFile) {
-  test::ScratchDir scratch;
-  const std::string path = scratch.file("font");
-  test::writeFile(path, "old contents");
-  setReplaceFaultForTesting([](const std::string&) { return false; });
-  EXPECT_FALSE(replaceFileAtomically(path, test::bytesOf("new")));
-  setReplaceFaultForTesting(nullptr);
-  EXPECT_EQ(test::readFile(path), "old contents");
-  EXPECT_EQ(filesIn(scratch.path()), 1u);
-  EXPECT_FALSE(replaceFileAtomically(scratch.file("no-such-folder/font"), test::bytesOf("new")));
-}
-
-TEST(ForkWriter, WritesIntoTheRightFile) {
-  test::ScratchDir scratch;
-  const Bytes fork = test::bytesOf("a new resource fork");
-  const Bytes data = test::bytesOf("a new data fork");
-  // A plain file has no place for a resource fork.
-  test::writeFile(scratch.file("plain"), "plain");
-  auto plain = openForks(scratch.file("plain"));
-  ASSERT_TRUE(plain);
-  EXPECT_FALSE(writeForkBack(*plain, ForkKind::Resource, fork));
-  EXPECT_TRUE(writeForkBack(*plain, ForkKind::Data, data));
-  EXPECT_EQ(test::readFile(scratch.file("plain")), "a new data fork");
-
-  // With an AppleDouble companion, the resource fork goes into it and the data fork into N.
-  Bytes header = test::AppleDoubleBuilder::appleDouble().finderInfo("FFIL", "DMOV").entry(2, {1, 2}).build();
-  test::writeFile(scratch.file("pair"), "data");
-  test::writeFile(scratch.file("._pair"), std::string(header.begin(), header.end()));
-  auto pair = openForks(scratch.file("pair"));
-  ASSERT_TRUE(pair);
-  EXPECT_TRUE(writeForkBack(*pair, ForkKind::Resource, fork));
-  EXPECT_EQ(test::readFile(scratch.file("pair")), "data");
-  auto reread = openForks(scratch.file("pair"));
-  ASSERT_TRUE(reread);
-  EXPECT_EQ(Bytes(reread->resourceFork.begin(), reread->resourceFork.end()), fork);
-  EXPECT_EQ(reread->type, tag("FFIL"));
-  EXPECT_TRUE(writeForkBack(*reread, ForkKind::Data, data));
-  EXPECT_EQ(test::readFile(scratch.file("pair")), "a new data fork");
+  EXPECT_EQ(test::readFile(path), "newer");
+  EXPECT_FALSE(writeFileAtomically(dir.file("missing/font"), test::bytesOf("new")));
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), std::filesystem::directory_iterator()), 1)
+      << "a temporary file was left behind";
+  EXPECT_FALSE(writeForkBack(*openForks(path), ForkKind::Resource, test::bytesOf("fork"))) << "a plain file has no place";
 }
 
 }  // namespace
