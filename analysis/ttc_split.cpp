@@ -5,6 +5,7 @@
 #include "analysis/checksums.h"
 #include "foundation/be_writer.h"
 #include "platform/linux/atomic_file.h"
+#include "platform/linux/file_system.h"
 
 namespace typeprint {
 namespace {
@@ -201,9 +202,9 @@ int TrueTypeCollectionFont::WriteTTF(const std::vector<uint8_t>& faceData, unsig
   std::string name;
   for (unsigned n = face; n < face + kNameAttempts; ++n) {
     name = prefix + std::to_string(n) + ".ttf";
-    if (!pathExists(name)) break;
+    if (posix::entryKind(name, false) == posix::EntryKind::Missing) break;
   }
-  if (!writeFileAtomically(name, ByteSpan(faceData))) return kTTCFileError;
+  if (!replaceFileAtomically(name, ByteSpan(faceData))) return kTTCFileError;
   writtenPath = name;
   return kTTCSuccess;
 }

@@ -1,11 +1,5 @@
 #include "platform/linux/fork_writer.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <filesystem>
 #include <vector>
 
 #include "platform/linux/apple_double.h"
@@ -13,27 +7,6 @@
 
 namespace typeprint {
 namespace {
-
-ReplaceFault gReplaceFault = nullptr;
-
-bool writeAll(int fd, ByteSpan bytes) {
-  size_t done = 0;
-  while (done < bytes.size) {
-    ssize_t n = ::write(fd, bytes.data + done, bytes.size - done);
-    if (n < 0 && errno == EINTR) continue;
-    if (n <= 0) return false;
-    done += size_t(n);
-  }
-  return true;
-}
-
-// Makes the rename itself durable.
-void syncFolder(const std::filesystem::path& folder) {
-  int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (fd < 0) return;
-  ::fsync(fd);
-  ::close(fd);
-}
 
 bool writeContainerFork(const FileForks& forks, ForkKind which, ByteSpan fork) {
   ByteSpan whole = forks.file->bytes();
@@ -61,29 +34,6 @@ bool writeCompanionFork(const FileForks& forks, ByteSpan fork) {
 }
 
 }  // namespace
-
-void setReplaceFaultForTesting(ReplaceFault fault) { gReplaceFault = fault; }
-
-bool replaceFileAtomically(const std::string& path, ByteSpan bytes) {
-  std::filesystem::path target(path);
-  std::filesystem::path folder = target.parent_path().empty() ? "." : target.parent_path();
-  std::string temp = (folder / ("." + target.filename().string() + ".tp-XXXXXX")).string();
-  int fd = mkstemp(temp.data());
-  if (fd < 0) return false;
-  struct stat st;
-  bool ok = writeAll(fd, bytes);
-  if (ok && ::stat(path.c_str(), &st) == 0) ok = ::fchmod(fd, st.st_mode & 07777) == 0;
-  ok = ok && ::fsync(fd) == 0;
-  ok = ::close(fd) == 0 && ok;
-  if (ok && gReplaceFault) ok = gReplaceFault(temp);
-  ok = ok && ::rename(temp.c_str(), path.c_str()) == 0;
-  if (!ok) {
-    ::unlink(temp.c_str());
-    return false;
-  }
-  syncFolder(folder);
-  return true;
-}
 
 bool writeForkBack(const FileForks& forks, ForkKind which, ByteSpan fork) {
   switch (forks.source) {

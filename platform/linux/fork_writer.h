@@ -6,6 +6,7 @@
 #include <string>
 
 #include "foundation/be_reader.h"
+#include "platform/linux/atomic_file.h"
 #include "platform/linux/fork_locator.h"
 
 namespace typeprint {
@@ -16,15 +17,5 @@ enum class ForkKind { Data, Resource };
 // part of it. False, with nothing changed on disk, when the write fails or the file has no place
 // for a resource fork.
 bool writeForkBack(const FileForks& forks, ForkKind which, ByteSpan fork);
-
-// Writes `bytes` to a temporary file in the same folder as `path`, with `path`'s permissions,
-// flushes it to disk and renames it over `path`. False, and the temporary file removed, on any
-// failure.
-bool replaceFileAtomically(const std::string& path, ByteSpan bytes);
-
-// Test hook: called with the temporary file's path just before the rename; returning false makes
-// the replacement fail there, as a crash or a full disk would. Null restores normal operation.
-using ReplaceFault = bool (*)(const std::string& tempPath);
-void setReplaceFaultForTesting(ReplaceFault fault);
 
 }  // namespace typeprint

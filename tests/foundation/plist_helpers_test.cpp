@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "foundation/plist_helpers.h"
 #include "support/test_paths.h"
@@ -67,6 +68,20 @@ TEST(PlistHelpers, UniStringCapacityRules) {
     EXPECT_EQ(n, row.result);
     EXPECT_EQ(buffer, row.buffer);
   }
+}
+
+// The same list written by Python's plistlib as XML and as binary reads into the same value.
+TEST(PlistHelpers, ReadsXMLAndBinaryFiles) {
+  auto xml = QCFCreateCFPropertyListFromPath(test::fontPath("plist/sample.xml.plist"));
+  auto binary = QCFCreateCFPropertyListFromPath(test::fontPath("plist/sample.binary.plist"));
+  ASSERT_TRUE(xml && binary);
+  EXPECT_EQ(*xml, *binary);
+  const Dictionary& d = xml->asDictionary();
+  EXPECT_EQ(*GetCFStringFromDict(d, "Unicode"), "\u00dcn\u00efc\u00f8d\u00e9 \u2603");
+  EXPECT_EQ(get(GetLongFromDict, d, "Negative"), std::make_pair(true, -1.0));
+  EXPECT_EQ(d.at("Bytes").asData(), (std::vector<uint8_t>{0x00, 0x01, 0xFE}));
+  EXPECT_EQ(d.at("When").asDate(), 86400.0);  // seconds after 2001-01-01
+  EXPECT_EQ(d.at("List").asArray().size(), 3u);
 }
 
 TEST(PlistHelpers, FilesRoundTripAndPrintTheirMessages) {

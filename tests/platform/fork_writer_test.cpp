@@ -16,7 +16,7 @@ namespace {
 TEST(ForkWriter, WritesAtomicallyKeepingPermissionsAndAFailureLeavesTheOriginal) {
   test::ScratchDir dir;
   const std::string path = dir.file("font");
-  ASSERT_TRUE(writeFileAtomically(path, test::bytesOf("new")));
+  ASSERT_TRUE(replaceFileAtomically(path, test::bytesOf("new")));
   ASSERT_EQ(chmod(path.c_str(), 0640), 0);
   setReplaceFaultForTesting([](const std::string&) { return false; });  // as a crash or a full disk would
   EXPECT_FALSE(replaceFileAtomically(path, test::bytesOf("newer")));
@@ -27,7 +27,7 @@ TEST(ForkWriter, WritesAtomicallyKeepingPermissionsAndAFailureLeavesTheOriginal)
   ASSERT_EQ(stat(path.c_str(), &st), 0);
   EXPECT_EQ(st.st_mode & 07777, 0640u);
   EXPECT_EQ(test::readFile(path), "newer");
-  EXPECT_FALSE(writeFileAtomically(dir.file("missing/font"), test::bytesOf("new")));
+  EXPECT_FALSE(replaceFileAtomically(dir.file("missing/font"), test::bytesOf("new")));
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), std::filesystem::directory_iterator()), 1)
       << "a temporary file was left behind";
   EXPECT_FALSE(writeForkBack(*openForks(path), ForkKind::Resource, test::bytesOf("fork"))) << "a plain file has no place";
