@@ -25,6 +25,8 @@ struct AppleEntry {
   ByteSpan bytes;
 };
 
+// A parsed AppleSingle/AppleDouble file. It borrows: every span points into the bytes it was read
+// from or was given, which must outlive it (it is read, edited and written back in one go).
 struct AppleFile {
   uint32_t magic = 0;
   uint32_t version = 0;
@@ -34,7 +36,8 @@ struct AppleFile {
   bool isAppleSingle() const { return magic == kAppleSingleMagic; }
   // The first entry with this ID; nothing when absent.
   const AppleEntry* entry(uint32_t id) const;
-  // Replaces the bytes of the entry with this ID, adding the entry when absent.
+  // Replaces the bytes of the entry with this ID, adding the entry when absent. The bytes are
+  // borrowed, not copied.
   void setEntry(uint32_t id, ByteSpan bytes);
   // Finder type and creator: the first 8 bytes of the Finder info entry; 0 when absent.
   uint32_t fileType() const;
