@@ -1,5 +1,5 @@
 // Families and styles: the faces of every fixture family, the per-family queries over synthetic
-// families with missing entries, the family name's encoding and the outline-kind predicates.
+// families with missing entries, and the family name's encoding.
 #include <gtest/gtest.h>
 
 #include <set>
@@ -123,7 +123,6 @@ TEST(Families, FamilyNamesDecodeAsMacRomanOrMacJapanese) {
       {"Type 1 outline", fork(16384, "sfnt", withHeader("typ1", 40), false), japanese},
       {"TrueType outline", fork(16384, "sfnt", withHeader("\0\1\0\0", 40), false), roman},
       {"4-byte outline, style table", fork(16384, "sfnt", withHeader("true", 4), true), japanese},
-      {"4-byte outline, no style table", fork(16384, "sfnt", withHeader("true", 4), false), roman},
       {"bitmaps with a FONT", fork(16400, "FONT", Bytes(26), true), roman},
       {"bitmaps without FONT, style table", fork(16400, "", {}, true), japanese},
   };
@@ -133,26 +132,6 @@ TEST(Families, FamilyNamesDecodeAsMacRomanOrMacJapanese) {
     auto rf = test::writeAndOpen(dir, "Family.dfont", row.fork);
     EXPECT_EQ(std::string(getResourceNameFromFOND(test::object(rf), getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1))),
               row.name);
-  }
-}
-
-TEST(Families, TrueTagCountsOutsideCIDFamiliesOnly) {
-  const struct { const char* what; std::string familyName; Bytes sfnt; bool trueType, otto; } rows[] = {
-      {"true, plain name", "Sample", withHeader("true", 12), true, false},
-      {"true, A-CID name", "A-CIDSample", withHeader("true", 12), false, false},
-      {"true, CID-B name", "SampleCID-B", withHeader("true", 12), false, false},
-      {"CID-B not at the end", "SampleCID-Bold", withHeader("true", 12), true, false},
-      {"TrueType version, CID name", "A-CIDSample", withHeader("\0\1\0\0", 12), true, false},
-      {"3 bytes", "Sample", Bytes{'O', 'T', 'T'}, false, false},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.what);
-    test::ScratchDir dir;
-    auto rf = test::writeAndOpen(dir, "Family.dfont", ResourceForkBuilder()
-        .add("FOND", 128, FondBuilder().entry(0, 0, 900).build(), row.familyName).add("sfnt", 900, row.sfnt).build());
-    Handle fond = getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1);
-    EXPECT_EQ(has_ttc_true_Flag(rf.get(), fond, 0), row.trueType);
-    EXPECT_EQ(has_OTTO_Flag_inResource(rf.get(), fond, 0), row.otto);
   }
 }
 

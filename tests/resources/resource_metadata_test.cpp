@@ -103,15 +103,8 @@ TEST(ResourceMetadata, WholeAnalysisOfFixtureFaces) {
     EXPECT_EQ(psName, row.psName);
     EXPECT_EQ(printer, *row.printer ? path.substr(0, path.rfind('/') + 1) + row.printer : std::string());
   }
-  // An outline face of a suitcase is nothing to do for the printer-file reader, which then
-  // leaves every output as it was.
-  auto suitcase = test::openResourceFile(test::macFixture("b-suitcase-truetype/macbinary/DejaVuSans.bin"));
-  Names n;
-  n.kind = n.printerPath = "untouched";
-  EXPECT_EQ(collectMac(suitcase, "x", 0, &n), kPSMetaDataNothingToDo);
-  EXPECT_EQ(n.printerPath + n.kind + n.postScriptName, "untoucheduntouched");
-  EXPECT_EQ(CollectPSMetaDataMac(nullptr, "x", nullptr, 0, &n.printerPath, &n.kind, nullptr, nullptr, nullptr,
-                                 nullptr, nullptr, nullptr),
+  EXPECT_EQ(CollectPSMetaDataMac(nullptr, "x", nullptr, 0, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                 nullptr, nullptr),
             kPSMetaDataNothingToDo);
 }
 
@@ -194,12 +187,10 @@ TEST(ResourceMetadata, HeadersFromDataForksAndOutlineResources) {
   test::writeFile(dir.file("beyond"), std::string(6000, ' ') + "/FontName /Late def");
   const struct { const char* what; std::string path; long status; std::string psName, family; } rows[] = {
       {"PFB", test::fontPath("type1/NimbusRoman-Regular.pfb"), kPSMetaDataRead, "NimbusRoman-Regular", "Nimbus Roman"},
-      {"PFA", test::fontPath("type1/NimbusRoman-Regular.pfa"), kPSMetaDataRead, "NimbusRoman-Regular", "Nimbus Roman"},
       {"LWFN with an empty data fork", test::macFixture("c-type1-family/macbinary/NimbuSanReg"), kPSMetaDataRead, "", ""},
       {"key within the first 6000 bytes", dir.file("within"), kPSMetaDataRead, "Late", ""},
       {"key beyond them", dir.file("beyond"), kPSMetaDataRead, "", ""},
       {"missing file", dir.file("absent"), kPSMetaDataNoPrinterFile, "", ""},
-      {"a folder", dir.path(), kPSMetaDataNoPrinterFile, "", ""},
       {"no path", "", kPSMetaDataNothingToDo, "", ""},
   };
   for (const auto& row : rows) {
