@@ -1,15 +1,12 @@
-// Names of resource-fork faces from their printer files: the fixture Type 1 family in both
-// forms, the POST walk's limits, missing printer files, multiple-master, CID and OCF families,
-// and headers read from data forks.
+// Names of resource-fork faces from their printer files: the fixture Type 1 family in both forms,
+// the POST walk's limits, multiple-master, CID and OCF families, and headers of data forks.
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <string>
-#include <vector>
 
+#include "analysis/font_data.h"
 #include "builders/fond_builder.h"
 #include "builders/resource_fork_builder.h"
-#include "analysis/font_data.h"
 #include "resources/resource_metadata.h"
 #include "support/mac_fixtures.h"
 #include "support/resource_files.h"
@@ -18,7 +15,6 @@ namespace typeprint {
 namespace {
 
 using test::Bytes;
-using test::FondBuilder;
 using test::ResourceForkBuilder;
 
 struct Names {
@@ -39,13 +35,13 @@ Bytes post(uint8_t segment, const std::string& text, size_t size = 0) {
   return b;
 }
 
-// A suitcase of one family whose plain face is Sample-One (printer file SamplOne).
+// A suitcase of one family whose plain face is Sample-One (printer file SamplOne), held by a
+// resource of `type` when one is given.
 Bytes sampleFamily(const std::string& name = "Sample", int16_t id = 300, int16_t pointSize = 12,
-                   const char* outlineType = nullptr, const Bytes& outline = {}) {
-  const Bytes fond = FondBuilder().familyID(id).postScriptNames("Sample", {{0, "-One"}}).entry(pointSize, 0, 500).build();
+                   const char* type = nullptr, const Bytes& face = {}) {
   ResourceForkBuilder fork;
-  fork.add("FOND", id, fond, name);
-  if (outlineType) fork.add(std::string(outlineType) == "sfnt" ? "sfnt" : "NFNT", 500, outline);
+  fork.add("FOND", id, test::FondBuilder().familyID(id).postScriptNames("Sample", {{0, "-One"}}).entry(pointSize, 0, 500).build(), name);
+  if (type) fork.add(std::string(type) == "sfnt" ? "sfnt" : "NFNT", 500, face);
   return fork.build();
 }
 
@@ -57,17 +53,13 @@ TEST(ResourceMetadata, FixtureFacesReadTheirPrinterFiles) {
   for (const char* form : {"macbinary", "appledouble"}) {
     const std::string folder = test::macFixture(std::string("c-type1-family/") + form + "/");
     auto rf = test::openResourceFile(folder + "NimbusSans");
-    ASSERT_TRUE(rf);
     for (short style = 0; style < 4; ++style) {
       SCOPED_TRACE(std::string(form) + " style " + std::to_string(style));
       Names n;
       EXPECT_EQ(collectMac(rf, folder + "NimbusSans", style, &n), kPSMetaDataRead);
       EXPECT_EQ(n.printerPath, folder + files[style]);
-      EXPECT_EQ(n.kind, "PostScript");
-      EXPECT_EQ(n.family, "Nimbus Sans");
-      EXPECT_EQ(n.version, versions[style]);
-      EXPECT_EQ(n.postScriptName, psNames[style]);
-      EXPECT_EQ(n.fullName, psNames[style]);
+      EXPECT_EQ(n.kind + "|" + n.family + "|" + n.version, std::string("PostScript|Nimbus Sans|") + versions[style]);
+      EXPECT_EQ(n.postScriptName + "|" + n.fullName, std::string(psNames[style]) + "|" + psNames[style]);
       EXPECT_EQ(n.styledName, "Nimbus Sans");  // the family resource's name
     }
   }
@@ -78,8 +70,7 @@ TEST(ResourceMetadata, FixtureFacesReadTheirPrinterFiles) {
   Names n;
   EXPECT_EQ(collectMac(alone, dir.file("NimbusSans"), 1, &n), kPSMetaDataNoPrinterFile);
   EXPECT_EQ(n.printerPath, dir.file("NimbuSanBol"));
-  EXPECT_EQ(n.postScriptName, "NimbusSans-Bold");
-  EXPECT_EQ(n.family + n.kind, "");
+  EXPECT_EQ(n.postScriptName + "|" + n.family + n.kind, "NimbusSans-Bold|");
 }
 
 TEST(ResourceMetadata, WholeAnalysisOfFixtureFaces) {
@@ -94,18 +85,13 @@ TEST(ResourceMetadata, WholeAnalysisOfFixtureFaces) {
     const std::string path = test::macFixture(row.path);
     auto rf = test::openResourceFile(path);
     ASSERT_TRUE(rf);
-    Handle fond = getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1);
     UxString printer, kind, psName;
-    EXPECT_EQ(CollectMetaData(rf.get(), path, fond, row.style, &printer, &kind, nullptr, nullptr, nullptr, nullptr,
-                              &psName, nullptr, nullptr, nullptr, nullptr),
+    EXPECT_EQ(CollectMetaData(rf.get(), path, getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1), row.style, &printer,
+                              &kind, nullptr, nullptr, nullptr, nullptr, &psName, nullptr, nullptr, nullptr, nullptr),
               0);
-    EXPECT_EQ(kind, row.kind);
-    EXPECT_EQ(psName, row.psName);
+    EXPECT_EQ(kind + "|" + psName, std::string(row.kind) + "|" + row.psName);
     EXPECT_EQ(printer, *row.printer ? path.substr(0, path.rfind('/') + 1) + row.printer : std::string());
   }
-  EXPECT_EQ(CollectPSMetaDataMac(nullptr, "x", nullptr, 0, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-                                 nullptr, nullptr),
-            kPSMetaDataNothingToDo);
 }
 
 TEST(ResourceMetadata, ThePOSTWalkReadsOnlyTheHeaderResources) {
@@ -115,15 +101,19 @@ TEST(ResourceMetadata, ThePOSTWalkReadsOnlyTheHeaderResources) {
     for (auto& [id, bytes] : posts) fork.add("POST", id, bytes);
     return fork.build();
   };
-  const struct { const char* what; Bytes file; long status; std::string psName, family; } rows[] = {
+  // Without a /FamilyName, the family is the header line's; without that, the suitcase's file
+  // name. The PostScript name loses its spaces and brackets; Mac Roman bytes become UTF-8.
+  const struct { const char* what; Bytes file; long status; std::string psName, family, fullName; } rows[] = {
       {"501 and 502 read", lwfn({{501, post(1, head)}, {502, post(1, "/FamilyName (Second)")}, {503, post(5, "")}}),
-       kPSMetaDataRead, "First-Name", "Second"},
+       kPSMetaDataRead, "First-Name", "Second", "First-Name"},
       {"a 2048-byte 502 ends the walk", lwfn({{501, post(1, head)}, {502, post(1, "/FamilyName (Second) ", 2048)}}),
-       kPSMetaDataRead, "First-Name", "Header"},
+       kPSMetaDataRead, "First-Name", "Header", "First-Name"},
       {"503 is never read", lwfn({{501, post(1, head)}, {502, post(2, "x")}, {503, post(1, "/FamilyName (Third)")}}),
-       kPSMetaDataRead, "First-Name", "Header"},
-      {"no 501: the style table's name", lwfn({{502, post(1, head)}}), kPSMetaDataNothingToDo, "Sample-One", ""},
-      {"no resource map", test::bytesOf(head.c_str()), kPSMetaDataNoPrinterFile, "Sample-One", ""},
+       kPSMetaDataRead, "First-Name", "Header", "First-Name"},
+      {"names cleaned", lwfn({{501, post(1, "/FontName (Caf\x8E [X]) def\n")}}), kPSMetaDataRead, "Caf\xC3\xA9X",
+       "Suitcase", "Caf\xC3\xA9 [X]"},
+      {"no 501: the style table's name", lwfn({{502, post(1, head)}}), kPSMetaDataNothingToDo, "Sample-One", "", ""},
+      {"no resource map", test::bytesOf(head.c_str()), kPSMetaDataNoPrinterFile, "Sample-One", "", ""},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
@@ -133,37 +123,19 @@ TEST(ResourceMetadata, ThePOSTWalkReadsOnlyTheHeaderResources) {
     Names n;
     EXPECT_EQ(collectMac(rf, dir.file("Suitcase"), 0, &n), row.status);
     EXPECT_EQ(n.printerPath, dir.file("SamplOne"));
-    EXPECT_EQ(n.postScriptName, row.psName);
-    EXPECT_EQ(n.family, row.family);
+    EXPECT_EQ(n.postScriptName + "|" + n.family + "|" + n.fullName, row.psName + "|" + row.family + "|" + row.fullName);
     EXPECT_EQ(n.styledName, "Sample");
   }
-  // No /FamilyName and no header line: the family is the suitcase's file name; the PostScript
-  // name loses its spaces and brackets; Mac Roman bytes become UTF-8.
-  test::ScratchDir dir;
-  const Bytes cafe = lwfn({{501, post(1, "/FontName (Caf\x8E [X]) def\n")}});
-  test::writeFile(dir.file("SamplOne"), std::string(cafe.begin(), cafe.end()));
-  auto rf = test::writeAndOpen(dir, "My Suitcase", sampleFamily());
-  Names n;
-  EXPECT_EQ(collectMac(rf, dir.file("My Suitcase"), 0, &n), kPSMetaDataRead);
-  EXPECT_EQ(n.family, "My Suitcase");
-  EXPECT_EQ(n.postScriptName, "Caf\xC3\xA9X");
-  EXPECT_EQ(n.fullName, "Caf\xC3\xA9 [X]");
 }
 
 TEST(ResourceMetadata, KindsOfMultipleMasterAndDoubleByteFamilies) {
-  const Bytes typ1 = {'t', 'y', 'p', '1', 0, 0, 0, 0}, trueType = {0, 1, 0, 0, 0, 0, 0, 0};
   const struct { const char* what; Bytes fork; long status; std::string kind, styled, psName; } rows[] = {
       {"multiple master", sampleFamily("%MSampleMM_215"), kPSMetaDataNoPrinterFile, "PostScript - MM", "SampleMM",
        "Sample"},
-      // Only the name cut of the PostScript name finds this one multiple master.
-      {"MM with no _ after it", sampleFamily("SampleMM"), kPSMetaDataNoPrinterFile, "PostScript - MM", "SampleMM",
-       "Sample"},
-      {"CID: Type 1 outline", sampleFamily("Ryumin", 16384, 0, "sfnt", typ1), kPSMetaDataNothingToDo, "CID", "Ryumin",
-       ""},
-      {"CID by name", sampleFamily("A-CIDRyumin", 16384, 0, "sfnt", {'t', 'r', 'u', 'e', 0, 0, 0, 0}),
-       kPSMetaDataNothingToDo, "CID", "A-CIDRyumin", ""},
-      {"double-byte TrueType outline", sampleFamily("Gothic", 16384, 0, "sfnt", trueType), kPSMetaDataNothingToDo,
-       "preset", "Gothic", ""},
+      {"CID: Type 1 outline", sampleFamily("Ryumin", 16384, 0, "sfnt", test::bytesOf("typ1....")),
+       kPSMetaDataNothingToDo, "CID", "Ryumin", ""},
+      {"CID by name", sampleFamily("A-CIDRyumin", 16384, 0, "sfnt", test::bytesOf("true....")), kPSMetaDataNothingToDo,
+       "CID", "A-CIDRyumin", ""},
       {"OCF: outline entry, no resource", sampleFamily("Gothic", 16384, 0), kPSMetaDataNothingToDo, "OCF", "Gothic", ""},
       {"OCF: bitmaps only", sampleFamily("Gothic", 16384, 12, "NFNT", Bytes(26)), kPSMetaDataNoPrinterFile, "OCF",
        "Gothic", "Sample-One"},
@@ -173,21 +145,17 @@ TEST(ResourceMetadata, KindsOfMultipleMasterAndDoubleByteFamilies) {
     test::ScratchDir dir;
     auto rf = test::writeAndOpen(dir, "Suitcase", row.fork);
     Names n;
-    n.kind = "preset";
     EXPECT_EQ(collectMac(rf, dir.file("Suitcase"), 0, &n), row.status);
-    EXPECT_EQ(n.kind, row.kind);
-    EXPECT_EQ(n.styledName, row.styled);
-    EXPECT_EQ(n.postScriptName, row.psName);
+    EXPECT_EQ(n.kind + "|" + n.styledName + "|" + n.postScriptName, row.kind + "|" + row.styled + "|" + row.psName);
   }
 }
 
-TEST(ResourceMetadata, HeadersFromDataForksAndOutlineResources) {
+TEST(ResourceMetadata, HeadersOfDataForksAndOutlineResources) {
   test::ScratchDir dir;
   test::writeFile(dir.file("within"), std::string(5980, ' ') + "/FontName /Late def");  // ends past 5996
   test::writeFile(dir.file("beyond"), std::string(6000, ' ') + "/FontName /Late def");
   const struct { const char* what; std::string path; long status; std::string psName, family; } rows[] = {
       {"PFB", test::fontPath("type1/NimbusRoman-Regular.pfb"), kPSMetaDataRead, "NimbusRoman-Regular", "Nimbus Roman"},
-      {"LWFN with an empty data fork", test::macFixture("c-type1-family/macbinary/NimbuSanReg"), kPSMetaDataRead, "", ""},
       {"key within the first 6000 bytes", dir.file("within"), kPSMetaDataRead, "Late", ""},
       {"key beyond them", dir.file("beyond"), kPSMetaDataRead, "", ""},
       {"missing file", dir.file("absent"), kPSMetaDataNoPrinterFile, "", ""},
@@ -200,21 +168,17 @@ TEST(ResourceMetadata, HeadersFromDataForksAndOutlineResources) {
     EXPECT_EQ(CollectPSMetaDataFromFile("unused", &n.printerPath, &n.kind, &n.foundry, &n.family, &n.version,
                                         &n.postScriptName, &n.styledName, &n.fullName),
               row.status);
-    EXPECT_EQ(n.postScriptName, row.psName);
-    EXPECT_EQ(n.family, row.family);
+    EXPECT_EQ(n.postScriptName + "|" + n.family, row.psName + "|" + row.family);
   }
-  // Outline resources read as headers: only the lowest ID of the style.
-  auto rf = test::writeAndOpen(dir, "Suitcase",
-                               ResourceForkBuilder()
-                                   .add("FOND", 300, FondBuilder().entry(0, 0, 20).entry(0, 0, 10).entry(0, 1, 30).build())
-                                   .add("sfnt", 20, test::bytesOf("/FontName /Second def "))
-                                   .add("sfnt", 10, test::bytesOf("typ1%!PS-AdobeFont-1.0: Outline-Name 1.0\n"))
-                                   .build());
-  Handle fond = getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1);
+  // Outline resources read as headers: the lowest ID of the style only.
+  auto rf = test::writeAndOpen(dir, "Suitcase", ResourceForkBuilder()
+      .add("FOND", 300, test::FondBuilder().entry(0, 0, 20).entry(0, 0, 10).entry(0, 1, 30).build())
+      .add("sfnt", 20, test::bytesOf("/FontName /Second def "))
+      .add("sfnt", 10, test::bytesOf("typ1%!PS-AdobeFont-1.0: Outline-Name 1.0\n")).build());
   UxString psName;
   const auto collect = [&](void* file, short style) {
-    return Collect_sfnt_MetaDataFromPrinterInfo(file, fond, style, nullptr, nullptr, nullptr, nullptr, &psName, nullptr,
-                                                nullptr);
+    return Collect_sfnt_MetaDataFromPrinterInfo(file, getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1), style, nullptr,
+                                                nullptr, nullptr, nullptr, &psName, nullptr, nullptr);
   };
   EXPECT_EQ(collect(rf.get(), 0), kPSMetaDataRead);
   EXPECT_EQ(psName, "Outline-Name");
