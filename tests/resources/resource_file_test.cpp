@@ -1,5 +1,5 @@
-// The resource file object over real files in every container form: what it reads, the
-// C-level functions and their null-object answers, handles, and edits written back.
+// The resource file object over real files in every container form: what it reads, the C-level
+// functions and their null-object answers, handles, and edits written back.
 #include <gtest/gtest.h>
 #include <zlib.h>
 
@@ -73,9 +73,12 @@ void applyEdits(void* rf, const Edit& edit) {
   ASSERT_TRUE(ChangedResource(rewritten));
 }
 
+// Every fixture, in each of its container forms, reads as the dumper listed it, and every form
+// of one file (fixture folder and name, less ".bin") gives the same resources.
 TEST(ResourceFile, ReadsEveryFixtureAsTheIndependentDumperDoes) {
   const auto files = test::loadMacExpectations();
   ASSERT_GE(files.size(), 20u);
+  std::map<std::string, std::vector<std::string>> byFile;
   for (const auto& file : files) {
     SCOPED_TRACE(file.path);
     auto rf = openResourceFile(test::macFixture(file.path));
@@ -92,30 +95,14 @@ TEST(ResourceFile, ReadsEveryFixtureAsTheIndependentDumperDoes) {
       EXPECT_EQ(GetHandleSize(getHandleOfTypeAndResID(rf.get(), test::fourCC(r.type), int16_t(r.id))), r.size);
     }
     EXPECT_EQ(listing(rf.get()), expected);
+    const fs::path p(file.path);
+    const std::string name = p.filename().string(), key = p.begin()->string() + " " + name.substr(0, name.find(".bin"));
+    EXPECT_EQ(byFile.try_emplace(key, listing(rf.get())).first->second, listing(rf.get()));
     EXPECT_EQ(FileHasFONDsInResourceFork(rf.get()), has.count("FOND") == 1);
     EXPECT_EQ(FileHasPOSTsInResourceFork(rf.get()), has.count("POST") == 1);
     EXPECT_EQ(is_psfont(rf.get()), has.count("NFNT") == 1);
     EXPECT_EQ(is_psprinterfont(rf.get()), has.count("POST 501") == 1);
     EXPECT_FALSE(hasValidResourcePSHeader(rf.get()));  // no fixture has typ1 outlines
-  }
-}
-
-TEST(ResourceFile, EveryContainerFormGivesTheSameResourcesAndCodes) {
-  const std::vector<std::vector<const char*>> forms = {
-      {"d-t1mac-lwfn/macbinary/C059Rom", "d-t1mac-lwfn/macbinary-i/C059Rom", "d-t1mac-lwfn/macbinary-stale-crc/C059Rom",
-       "d-t1mac-lwfn/applesingle/C059Rom", "d-t1mac-lwfn/appledouble/C059Rom", "d-t1mac-lwfn/netatalk/C059Rom"},
-      {"b-suitcase-truetype/macbinary/DejaVuSans.bin", "b-suitcase-truetype/appledouble/DejaVuSans"},
-      {"c-type1-family/macbinary/NimbusSans", "c-type1-family/appledouble/NimbusSans"},
-  };
-  for (const auto& group : forms) {
-    auto reference = openResourceFile(test::macFixture(group[0]));
-    for (const char* form : group) {
-      auto rf = openResourceFile(test::macFixture(form));
-      ASSERT_TRUE(rf && reference) << form;
-      EXPECT_EQ(listing(rf.get()), listing(reference.get())) << form;
-      EXPECT_EQ(object(rf).forks().type, object(reference).forks().type) << form;
-      EXPECT_EQ(object(rf).forks().creator, object(reference).forks().creator) << form;
-    }
   }
 }
 
