@@ -1,10 +1,7 @@
-// Checksums of resource-fork faces: every fixture face against values worked out independently
-// (tests/fonts/mac/make_family_checksums.py), and the kerning walk's bounds, the bitmap quirk and
-// printer files on synthetic files (expected CRCs from zlib).
+// Checksums of resource-fork faces: the fixture faces against tests/fonts/mac/family_checksums.tsv,
+// and on built families the kerning walk's bounds, the bitmap quirk and printer files (CRCs by zlib).
 #include <gtest/gtest.h>
 #include <zlib.h>
-
-#include <string>
 
 #include "builders/fond_builder.h"
 #include "builders/resource_fork_builder.h"
@@ -62,7 +59,6 @@ TEST(ResourceChecksums, KerningSumsWalkOnlyWhatFits) {
       {"negative pair count steps back", test::patchU16(fond, kern + 2 + 2, uint16_t(-1)), 0,
        3 * kernEntrySum(0, -1, false)},
       {"table offset past the end", test::patchU32(fond, 20, 0xFFFFFFF0), 0, 0},
-      {"51 bytes", test::truncated(fond, 51), 0, 0},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
@@ -72,46 +68,38 @@ TEST(ResourceChecksums, KerningSumsWalkOnlyWhatFits) {
   }
 }
 
-TEST(ResourceChecksums, BitmapsCountOnlyWhenTheCrcIsStillZero) {
-  // A bitmap-only family with no printer file beside it.
-  const Bytes nfnt(40, 0x5A), bitmaps{1, 2};
-  for (bool kerning : {false, true}) {
-    SCOPED_TRACE(kerning ? "with kerning" : "without kerning");
+TEST(ResourceChecksums, BitmapsAndPrinterFilesOfBuiltFamilies) {
+  const Bytes nfnt(40, 0x5A), font{1, 2}, p501{1, 0, 'a'}, p502{2, 0, 'b', 'c'};
+  const std::string program = "%!PS-AdobeFont-1.0: Sample-One 1.0\n/FontName /Sample-One def\n";
+  const Bytes lwfn = ResourceForkBuilder().add("POST", 501, p501).add("POST", 502, p502).add("POST", 504, {5, 0}).build();
+  const auto suitcase = [&](bool kerning) {  // one bitmap face, Sample-One, printer file SamplOne
     FondBuilder family;
     family.postScriptNames("Sample", {{0, "-One"}}).entry(12, 0, 7);
     if (kerning) family.kerning(0, 2);
-    const Bytes file = ResourceForkBuilder().add("FOND", 300, family.build()).add("NFNT", 7, nfnt).add("FONT", 7, bitmaps).build();
-    test::ScratchDir dir;
-    auto rf = test::writeAndOpen(dir, "Suitcase", file);
-    Handle fond = getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1);
-    EXPECT_EQ(ChecksumNFNTsfntFONT(rf.get(), fond, 0, 0), zlibCrc(bitmaps, zlibCrc(nfnt)));
-    EXPECT_EQ(ChecksumNFNTsfntFONT(rf.get(), fond, 0, 5), 5u);
-    EXPECT_EQ(ChecksumPrinterFile(rf.get(), fond, 0, 9), 9u);  // no printer file
-    // With kerning, its CRC skips the bitmaps, nothing is added, and the whole file stands in.
-    const uint32_t expected = kerning ? zlibCrc(file) : zlibCrc(bitmaps, zlibCrc(nfnt));
-    uint32_t chained = 0;
-    EXPECT_EQ(GetLanternChecksum(dir.file("Suitcase"), rf.get(), fond, 0, false, chained), expected);
-    EXPECT_EQ(chained, expected);
-  }
-}
-
-TEST(ResourceChecksums, PrinterFiles) {
-  const std::string program = "%!PS-AdobeFont-1.0: Sample-One 1.0\n/FontName /Sample-One def\n";
-  const Bytes p501 = {1, 0, 'a'}, p502 = {2, 0, 'b', 'c'};
-  const Bytes lwfn = ResourceForkBuilder().add("POST", 501, p501).add("POST", 502, p502).add("POST", 504, {5, 0}).build();
-  const struct { const char* what; std::string printerFile; uint32_t crc; } rows[] = {
-      {"no resource map: the whole file replaces the CRC", program, zlibCrc(test::bytesOf(program.c_str()))},
-      {"POST from 501 chained, up to the missing 503", std::string(lwfn.begin(), lwfn.end()), zlibCrc(p502, zlibCrc(p501, 0x77))},
+    return ResourceForkBuilder().add("FOND", 300, family.build()).add("NFNT", 7, nfnt).add("FONT", 7, font).build();
+  };
+  const uint32_t bitmaps = zlibCrc(font, zlibCrc(nfnt));
+  const struct { const char* what; bool kerning; std::string printerFile; uint32_t printerCrc, face; } rows[] = {
+      {"bitmaps count while the CRC is 0", false, "", 0x77, bitmaps},
+      // The kerning CRC is not 0: no bitmaps, nothing added, and the whole suitcase stands in.
+      {"kerning first", true, "", 0x77, zlibCrc(suitcase(true))},
+      {"printer file without a resource map: the whole file replaces the CRC", false, program,
+       zlibCrc(test::bytesOf(program.c_str())), zlibCrc(test::bytesOf(program.c_str()))},
+      {"POST resources from 501 chained, up to the missing 503", false, std::string(lwfn.begin(), lwfn.end()),
+       zlibCrc(p502, zlibCrc(p501, 0x77)), zlibCrc(p502, zlibCrc(p501))},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
     test::ScratchDir dir;
-    test::writeFile(dir.file("SamplOne"), row.printerFile);
-    auto rf = test::writeAndOpen(dir, "Suitcase", ResourceForkBuilder()
-        .add("FOND", 300, FondBuilder().postScriptNames("Sample", {{0, "-One"}}).entry(12, 0, 7).build()).build());
+    if (!row.printerFile.empty()) test::writeFile(dir.file("SamplOne"), row.printerFile);
+    auto rf = test::writeAndOpen(dir, "Suitcase", suitcase(row.kerning));
     Handle fond = getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1);
-    EXPECT_EQ(ChecksumPrinterFile(rf.get(), fond, 0, 0x77), row.crc);
-    EXPECT_EQ(ChecksumPrinterFile(rf.get(), nullptr, 0, 7), 7u);
+    EXPECT_EQ(ChecksumNFNTsfntFONT(rf.get(), fond, 0, 0), bitmaps);
+    EXPECT_EQ(ChecksumNFNTsfntFONT(rf.get(), fond, 0, 5), 5u);
+    EXPECT_EQ(ChecksumPrinterFile(rf.get(), fond, 0, 0x77), row.printerCrc);
+    uint32_t chained = 0;
+    EXPECT_EQ(GetLanternChecksum(dir.file("Suitcase"), rf.get(), fond, 0, false, chained), row.face);
+    EXPECT_EQ(chained, row.face);
   }
 }
 
