@@ -1,11 +1,10 @@
 // Families and styles: the faces of every fixture family, the per-family queries over synthetic
-// families with missing entries, and the family name's encoding.
+// families with missing entries.
 #include <gtest/gtest.h>
 
 #include <set>
 
 #include "builders/fond_builder.h"
-#include "builders/resource_fork_builder.h"
 #include "resources/families.h"
 #include "resources/printer_files.h"
 #include "support/mac_fixtures.h"
@@ -16,7 +15,6 @@ namespace {
 
 using test::Bytes;
 using test::FondBuilder;
-using test::ResourceForkBuilder;
 
 TEST(Families, EveryFixtureFaceIsEnumerated) {
   const std::vector<test::ExpectedFace> expected = test::loadExpectedFaces();
@@ -93,37 +91,6 @@ TEST(Families, QueriesOfWholeShortAndCutFamilies) {
   }
   EXPECT_EQ(getCountOfUniqueStyles(rf.get(), nullptr), 0);
   EXPECT_EQ(getPostScriptNameForFOND(nullptr, 0), "");
-}
-
-TEST(Families, FamilyNamesDecodeAsMacRomanOrMacJapanese) {
-  const std::string sjis = "\x83\x65\x83\x58\x83\x67";  // "テスト" in Shift-JIS
-  const std::string japanese = "\xE3\x83\x86\xE3\x82\xB9\xE3\x83\x88";
-  const std::string roman = "\xC3\x89" "e" "\xC3\x89" "X" "\xC3\x89" "g";  // the same bytes as "ÉeÉXÉg"
-  // A family with one face held by a resource of `type` ("" for none).
-  const auto fork = [&](int16_t family, const std::string& type, const Bytes& bytes, bool styleTable) {
-    FondBuilder fond;
-    fond.familyID(family).entry(type == "sfnt" ? 0 : 12, 0, 500);
-    if (styleTable) fond.postScriptNames("Name", {});
-    ResourceForkBuilder b;
-    b.add("FOND", family, fond.build(), sjis);
-    if (!type.empty()) b.add(type == "sfnt" ? "sfnt" : "FONT", 500, bytes);
-    return b.build();
-  };
-  const struct { const char* what; Bytes fork; std::string name; } rows[] = {
-      {"roman family", fork(128, "sfnt", Bytes{'t', 'y', 'p', '1', 0, 0}, false), roman},
-      {"Type 1 outline", fork(16384, "sfnt", Bytes{'t', 'y', 'p', '1', 0, 0}, false), japanese},
-      {"TrueType outline", fork(16384, "sfnt", Bytes{0, 1, 0, 0, 0, 0}, false), roman},
-      {"4-byte outline, style table", fork(16384, "sfnt", test::bytesOf("true"), true), japanese},
-      {"bitmaps with a FONT", fork(16400, "FONT", Bytes(26), true), roman},
-      {"bitmaps without FONT, style table", fork(16400, "", {}, true), japanese},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.what);
-    test::ScratchDir dir;
-    auto rf = test::writeAndOpen(dir, "Family.dfont", row.fork);
-    EXPECT_EQ(std::string(getResourceNameFromFOND(test::object(rf), getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1))),
-              row.name);
-  }
 }
 
 }  // namespace

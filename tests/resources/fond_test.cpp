@@ -1,11 +1,10 @@
 // The family record reader: style indexes, Pascal strings, association entries and PostScript
-// names of faces, over the fixture family and synthetic families cut or damaged.
+// names of faces, over synthetic families cut or damaged.
 #include <gtest/gtest.h>
 
 #include "builders/fond_builder.h"
 #include "resources/fond.h"
-#include "support/mac_fixtures.h"
-#include "support/resource_files.h"
+#include "resources/handle.h"
 
 namespace typeprint {
 namespace {
@@ -65,20 +64,6 @@ TEST(Fond, EntriesAndDoubleByteMarksWithinTheData) {
   }
 }
 
-TEST(Fond, PostScriptNamesOfTheFixtureFamily) {
-  // Names from the fixture README (style-mapping strings of the Nimbus Sans suitcase).
-  auto rf = test::openResourceFile(test::macFixture("c-type1-family/macbinary/NimbusSans"));
-  ASSERT_TRUE(rf);
-  const ByteSpan fond = HandleBytes(getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1));
-  const Bytes bytes(fond.begin(), fond.end());
-  const struct { uint16_t style; const char* name; } rows[] = {
-      {0, "NimbusSans-Regular"}, {1, "NimbusSans-Bold"}, {2, "NimbusSans-Italic"}, {3, "NimbusSans-BoldItalic"},
-      {8, "NimbusSans-Regular"},  // index 4 holds string 2, the plain list
-  };
-  for (const auto& row : rows) EXPECT_EQ(psName(bytes, row.style), row.name) << row.style;
-  EXPECT_EQ(psName(bytes, 3, 12), "NimbusSans-");
-}
-
 TEST(Fond, PostScriptNamesOfDamagedStyleTables) {
   // Strings: 1 base, 2 and 3 lists, 4 and 5 suffixes, 6 a list naming no string, 7 an unprintable
   // suffix; string 8 claims more bytes than are left.
@@ -103,6 +88,7 @@ TEST(Fond, PostScriptNamesOfDamagedStyleTables) {
       {"family of 51 bytes", test::truncated(fond, 51), 1, ""},
   };
   for (const auto& row : rows) EXPECT_EQ(psName(row.bytes, row.style), row.name) << row.what;
+  EXPECT_EQ(psName(fond, 2, 8), "Base-Bo");  // cut to the room given
   unsigned char dst[kStr255Capacity];
   GetIndStyleName(Bytes{2, 'a', 'b', 5, 'c', 'u'}, 2, dst, sizeof dst);  // claims 5 bytes, 2 are there
   EXPECT_EQ(pascalText(dst), "cu");

@@ -1,5 +1,5 @@
 // Printer-font files: five-three-three file names, the fixture Type 1 family's printer files in
-// every container form, the printer fonts of the folder, the cache, double-byte and MM names.
+// every container form and under container names, the printer fonts of the folder, the cache.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -21,13 +21,9 @@ using test::FondBuilder;
 using test::object;
 using test::ResourceForkBuilder;
 
-// A suitcase of one bitmap-only family whose faces have these PostScript names (by style index).
-Bytes bitmapFamily(const std::string& base, const std::vector<std::pair<int, std::string>>& suffixes,
-                   int16_t familyID = 300, const std::string& name = "Family") {
-  FondBuilder fond;
-  fond.familyID(familyID).postScriptNames(base, suffixes).entry(12, 0, 301);
-  for (const auto& s : suffixes) fond.entry(12, uint16_t(s.first), int16_t(302 + s.first));
-  return ResourceForkBuilder().add("FOND", familyID, fond.build(), name).build();
+// A suitcase of one bitmap-only family whose plain face is named `base` + `suffix`.
+Bytes bitmapFamily(const std::string& base, const std::string& suffix) {
+  return ResourceForkBuilder().add("FOND", 300, FondBuilder().postScriptNames(base, {{0, suffix}}).entry(12, 0, 1).build()).build();
 }
 
 Handle firstFamily(const test::ResourceFilePtr& rf) { return getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1); }
@@ -89,7 +85,7 @@ TEST(PrinterFiles, WrappedPrinterFilesAreFoundByTheirMacName) {
   // the Italic face finds NimbuSanBolIta.bin by its header.
   EXPECT_EQ(getPSPrinterNameForFOND(object(rf), fond, 3), "Other");
   EXPECT_EQ(getPSPrinterNameForFOND(object(rf), fond, 2), "NimbuSanBolIta.bin");
-  auto c059 = test::writeAndOpen(dir, "C059 Family", bitmapFamily("C059", {{0, "-Roman"}}));
+  auto c059 = test::writeAndOpen(dir, "C059 Family", bitmapFamily("C059", "-Roman"));
   EXPECT_EQ(CreatePrinterPath(c059.get(), firstFamily(c059), 0).value_or(""), dir.file("C059Rom.as"));
 }
 
@@ -112,7 +108,7 @@ TEST(PrinterFiles, TheFolderAnswersWhenTheComputedNameIsMissing) {
     fs::copy_file(fixture, dir.file(row.copiedAs));
     if (fs::exists(fixture.parent_path() / ("._" + fixture.filename().string())))
       fs::copy_file(fixture.parent_path() / ("._" + fixture.filename().string()), dir.file(std::string("._") + row.copiedAs));
-    auto rf = test::writeAndOpen(dir, row.suitcase, bitmapFamily(row.base, {{0, row.suffix}}));
+    auto rf = test::writeAndOpen(dir, row.suitcase, bitmapFamily(row.base, row.suffix));
     ASSERT_TRUE(rf);
     EXPECT_EQ(getPSPrinterNameForFOND(object(rf), firstFamily(rf), 0), row.answer);
   }
@@ -133,39 +129,14 @@ TEST(PrinterFiles, AnswersAreCachedForTheLifeOfTheObject) {
   EXPECT_EQ(CreatePrinterPath(reopened.get(), firstFamily(reopened), 1).value_or(""), dir.file("Bold"));
 }
 
-TEST(PrinterFiles, DoubleByteAndMultipleMasterNames) {
-  const struct { const char* what; int16_t familyID; std::string base, suffix, name; } rows[] = {
-      {"Japanese family: cut at the second hyphen", 16384, "Ryumin-Light", "-83pv-RKSJ-H", "Ryumin-Light"},
-      {"Japanese family, one hyphen: no name", 16500, "Ryumin", "-Light", ""},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.what);
-    test::ScratchDir dir;
-    auto rf = test::writeAndOpen(dir, "Suitcase", bitmapFamily(row.base, {{0, row.suffix}}, row.familyID));
-    EXPECT_EQ(getPSPrinterNameForFOND(object(rf), firstFamily(rf), 0), row.name);
-  }
-  const struct { const char* familyName; std::string result; bool isMM; } mm[] = {
-      {"Sample", "Given-Name", false}, {"SampleMM Bold_x", "Sample Bold", true}, {"%MMyriadMM_215_LT", "Myriad", true}};
-  for (const auto& row : mm) {
-    SCOPED_TRACE(row.familyName);
-    test::ScratchDir dir;
-    auto rf = test::writeAndOpen(dir, "Suitcase", bitmapFamily("Sample", {}, 300, row.familyName));
-    bool isMM = false;
-    EXPECT_EQ(normalizePostScriptName("Given-Name", firstFamily(rf), &isMM), row.result);
-    EXPECT_EQ(isMM, row.isMM);
-  }
-}
-
 TEST(PrinterFonts, FolderFontsAndTheirNames) {
   std::vector<std::string> found;
   for (const auto& f : readFolderPrinterFonts(test::macFixture("c-type1-family/appledouble")))
     found.push_back(f.fileName + " " + f.postScriptName);
   EXPECT_EQ(found, (std::vector<std::string>{"NimbuSanBol NimbusSans-Bold", "NimbuSanBolIta NimbusSans-BoldItalic",
                                              "NimbuSanIta NimbusSans-Italic", "NimbuSanReg NimbusSans-Regular"}));
-  const struct { const char* path; const char* name; } rows[] = {
-      {"mac/d-t1mac-lwfn/netatalk/C059Rom", "C059-Roman"}, {"type1/NimbusRoman-Regular.pfa", "NimbusRoman-Regular"},
-      {"type1/NimbusRoman-Regular.pfm", ""}, {"mac/a-dfont/DejaVuSans.dfont", ""}, {"mac/no-such-file", ""}};
-  for (const auto& row : rows) EXPECT_EQ(printerFontPostScriptName(test::fontPath(row.path)), row.name) << row.path;
+  EXPECT_EQ(printerFontPostScriptName(test::fontPath("mac/d-t1mac-lwfn/netatalk/C059Rom")), "C059-Roman");
+  EXPECT_EQ(printerFontPostScriptName(test::fontPath("type1/NimbusRoman-Regular.pfm")), "");
 }
 
 }  // namespace

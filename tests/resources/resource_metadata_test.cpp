@@ -1,8 +1,6 @@
 // Names of resource-fork faces from their printer files: the fixture Type 1 family in both forms,
-// the POST walk's limits, multiple-master, CID and OCF families, and headers of data forks.
+// the POST walk's limits, and multiple-master, CID and OCF families.
 #include <gtest/gtest.h>
-
-#include <filesystem>
 
 #include "analysis/font_data.h"
 #include "builders/fond_builder.h"
@@ -63,14 +61,6 @@ TEST(ResourceMetadata, FixtureFacesReadTheirPrinterFiles) {
       EXPECT_EQ(n.styledName, "Nimbus Sans");  // the family resource's name
     }
   }
-  // Without its printer files the suitcase still names the face.
-  test::ScratchDir dir;
-  std::filesystem::copy_file(test::macFixture("c-type1-family/macbinary/NimbusSans"), dir.file("NimbusSans"));
-  auto alone = test::openResourceFile(dir.file("NimbusSans"));
-  Names n;
-  EXPECT_EQ(collectMac(alone, dir.file("NimbusSans"), 1, &n), kPSMetaDataNoPrinterFile);
-  EXPECT_EQ(n.printerPath, dir.file("NimbuSanBol"));
-  EXPECT_EQ(n.postScriptName + "|" + n.family + n.kind, "NimbusSans-Bold|");
 }
 
 TEST(ResourceMetadata, WholeAnalysisOfFixtureFaces) {
@@ -108,8 +98,6 @@ TEST(ResourceMetadata, ThePOSTWalkReadsOnlyTheHeaderResources) {
        kPSMetaDataRead, "First-Name", "Second", "First-Name"},
       {"a 2048-byte 502 ends the walk", lwfn({{501, post(1, head)}, {502, post(1, "/FamilyName (Second) ", 2048)}}),
        kPSMetaDataRead, "First-Name", "Header", "First-Name"},
-      {"503 is never read", lwfn({{501, post(1, head)}, {502, post(2, "x")}, {503, post(1, "/FamilyName (Third)")}}),
-       kPSMetaDataRead, "First-Name", "Header", "First-Name"},
       {"names cleaned", lwfn({{501, post(1, "/FontName (Caf\x8E [X]) def\n")}}), kPSMetaDataRead, "Caf\xC3\xA9X",
        "Suitcase", "Caf\xC3\xA9 [X]"},
       {"no 501: the style table's name", lwfn({{502, post(1, head)}}), kPSMetaDataNothingToDo, "Sample-One", "", ""},
@@ -136,7 +124,6 @@ TEST(ResourceMetadata, KindsOfMultipleMasterAndDoubleByteFamilies) {
        kPSMetaDataNothingToDo, "CID", "Ryumin", ""},
       {"CID by name", sampleFamily("A-CIDRyumin", 16384, 0, "sfnt", test::bytesOf("true....")), kPSMetaDataNothingToDo,
        "CID", "A-CIDRyumin", ""},
-      {"OCF: outline entry, no resource", sampleFamily("Gothic", 16384, 0), kPSMetaDataNothingToDo, "OCF", "Gothic", ""},
       {"OCF: bitmaps only", sampleFamily("Gothic", 16384, 12, "NFNT", Bytes(26)), kPSMetaDataNoPrinterFile, "OCF",
        "Gothic", "Sample-One"},
   };
@@ -148,42 +135,6 @@ TEST(ResourceMetadata, KindsOfMultipleMasterAndDoubleByteFamilies) {
     EXPECT_EQ(collectMac(rf, dir.file("Suitcase"), 0, &n), row.status);
     EXPECT_EQ(n.kind + "|" + n.styledName + "|" + n.postScriptName, row.kind + "|" + row.styled + "|" + row.psName);
   }
-}
-
-TEST(ResourceMetadata, HeadersOfDataForksAndOutlineResources) {
-  test::ScratchDir dir;
-  test::writeFile(dir.file("within"), std::string(5980, ' ') + "/FontName /Late def");  // ends past 5996
-  test::writeFile(dir.file("beyond"), std::string(6000, ' ') + "/FontName /Late def");
-  const struct { const char* what; std::string path; long status; std::string psName, family; } rows[] = {
-      {"PFB", test::fontPath("type1/NimbusRoman-Regular.pfb"), kPSMetaDataRead, "NimbusRoman-Regular", "Nimbus Roman"},
-      {"key within the first 6000 bytes", dir.file("within"), kPSMetaDataRead, "Late", ""},
-      {"key beyond them", dir.file("beyond"), kPSMetaDataRead, "", ""},
-      {"missing file", dir.file("absent"), kPSMetaDataNoPrinterFile, "", ""},
-      {"no path", "", kPSMetaDataNothingToDo, "", ""},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.what);
-    Names n;
-    n.printerPath = row.path;
-    EXPECT_EQ(CollectPSMetaDataFromFile("unused", &n.printerPath, &n.kind, &n.foundry, &n.family, &n.version,
-                                        &n.postScriptName, &n.styledName, &n.fullName),
-              row.status);
-    EXPECT_EQ(n.postScriptName + "|" + n.family, row.psName + "|" + row.family);
-  }
-  // Outline resources read as headers: the lowest ID of the style only.
-  auto rf = test::writeAndOpen(dir, "Suitcase", ResourceForkBuilder()
-      .add("FOND", 300, test::FondBuilder().entry(0, 0, 20).entry(0, 0, 10).entry(0, 1, 30).build())
-      .add("sfnt", 20, test::bytesOf("/FontName /Second def "))
-      .add("sfnt", 10, test::bytesOf("typ1%!PS-AdobeFont-1.0: Outline-Name 1.0\n")).build());
-  UxString psName;
-  const auto collect = [&](void* file, short style) {
-    return Collect_sfnt_MetaDataFromPrinterInfo(file, getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1), style, nullptr,
-                                                nullptr, nullptr, nullptr, &psName, nullptr, nullptr);
-  };
-  EXPECT_EQ(collect(rf.get(), 0), kPSMetaDataRead);
-  EXPECT_EQ(psName, "Outline-Name");
-  EXPECT_EQ(collect(rf.get(), 1), kPSMetaDataNothingToDo);  // sfnt 30 is absent
-  EXPECT_EQ(collect(nullptr, 0), kPSMetaDataNothingToDo);
 }
 
 }  // namespace
