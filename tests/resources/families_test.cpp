@@ -75,7 +75,6 @@ TEST(Families, QueriesOfWholeShortAndCutFamilies) {
       {"whole", whole, {0, 1, 4}, 300 /* table order */, 65535, false},
       {"claims 10 entries, holds 2", test::truncated(test::patchU16(whole, 52, 9), 54 + 12), {1}, 300, -1, false},
       {"53 bytes", test::truncated(whole, 53), {}, -1, -1, true},
-      {"51 bytes", test::truncated(whole, 51), {}, -1, -1, true},
   };
   auto rf = test::openResourceFile(test::macFixture("a-dfont/DejaVuSans.dfont"));
   for (const auto& row : rows) {

@@ -28,9 +28,7 @@ std::string line(const std::string& type, int id, size_t size, uint32_t crc, con
 
 // Of the first resource of each type: `removed` is removed, `renamed` gets ID + 1000 and a new
 // name, `rewritten` three more bytes ending in 'Z'.
-struct Edit {
-  uint32_t removed, renamed, rewritten;
-};
+struct Edit { uint32_t removed, renamed, rewritten; };
 
 // One line per resource in map order, read through the C-level functions; with `edit`, the
 // lines the file should read as once applyEdits has run.

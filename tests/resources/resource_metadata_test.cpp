@@ -2,7 +2,6 @@
 // the POST walk's limits, and multiple-master, CID and OCF families.
 #include <gtest/gtest.h>
 
-#include "analysis/font_data.h"
 #include "builders/fond_builder.h"
 #include "builders/resource_fork_builder.h"
 #include "resources/resource_metadata.h"
@@ -60,27 +59,6 @@ TEST(ResourceMetadata, FixtureFacesReadTheirPrinterFiles) {
       EXPECT_EQ(n.postScriptName + "|" + n.fullName, std::string(psNames[style]) + "|" + psNames[style]);
       EXPECT_EQ(n.styledName, "Nimbus Sans");  // the family resource's name
     }
-  }
-}
-
-TEST(ResourceMetadata, WholeAnalysisOfFixtureFaces) {
-  // Kinds and names from the fixture README: bitmap faces read their LWFN, outline faces their sfnt.
-  const struct { const char* path; short style; const char* kind; const char* psName; const char* printer; } rows[] = {
-      {"c-type1-family/appledouble/NimbusSans", 3, "PostScript", "NimbusSans-BoldItalic", "NimbuSanBolIta"},
-      {"b-suitcase-truetype/appledouble/DejaVuSans", 1, "TrueType", "DejaVuSans-Bold", ""},
-      {"a-dfont/NimbusSans-CFF.dfont", 0, "OpenType - PS", "NimbusSans-Regular", ""},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.path);
-    const std::string path = test::macFixture(row.path);
-    auto rf = test::openResourceFile(path);
-    ASSERT_TRUE(rf);
-    UxString printer, kind, psName;
-    EXPECT_EQ(CollectMetaData(rf.get(), path, getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1), row.style, &printer,
-                              &kind, nullptr, nullptr, nullptr, nullptr, &psName, nullptr, nullptr, nullptr, nullptr),
-              0);
-    EXPECT_EQ(kind + "|" + psName, std::string(row.kind) + "|" + row.psName);
-    EXPECT_EQ(printer, *row.printer ? path.substr(0, path.rfind('/') + 1) + row.printer : std::string());
   }
 }
 
