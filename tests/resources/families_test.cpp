@@ -64,7 +64,6 @@ TEST(Families, OutlineResourcesOfFixtureFaces) {
   auto rf = test::openResourceFile(test::macFixture("b-suitcase-truetype/macbinary/DejaVuSans.bin"));
   Handle fond = getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1);
   EXPECT_EQ(getSortedResIDsForStyle(rf.get(), fond, 0), (std::vector<int16_t>{13490, 13491}));
-  EXPECT_EQ(getSortedResIDsForStyle(rf.get(), fond, -1), (std::vector<int16_t>{13490, 13491, 13492, 13493}));
   EXPECT_EQ(getSortedStyles(test::object(rf)), (std::vector<int16_t>{0, 1}));
 }
 
@@ -89,7 +88,6 @@ TEST(Families, QueriesOfWholeShortAndCutFamilies) {
     DisposeHandle(fond);
   }
   EXPECT_EQ(getCountOfUniqueStyles(rf.get(), nullptr), 0);
-  EXPECT_EQ(getPostScriptNameForFOND(nullptr, 0), "");
 }
 
 }  // namespace

@@ -24,11 +24,6 @@ using test::ResourceForkBuilder;
 
 using FilePtr = std::unique_ptr<TypeprintResourceFile>;
 FilePtr open(const std::string& path, bool readOnly) { return TypeprintResourceFile::initWithFile(path, readOnly); }
-// A data-fork resource file written from `fork` into the scratch folder, opened read/write.
-FilePtr openBuilt(const test::ScratchDir& scratch, const Bytes& fork) {
-  test::writeFile(scratch.file("built.dfont"), std::string(fork.begin(), fork.end()));
-  return open(scratch.file("built.dfont"), false);
-}
 Handle firstFamily(const FilePtr& rf) { return rf->getResourceHandleViaGet1IndResource(kTypeFOND, 1); }
 Bytes bytesOf(Handle h) { return Bytes(HandleBytes(h).begin(), HandleBytes(h).end()); }
 
@@ -116,8 +111,6 @@ TEST(FamilyEditing, EditedSuitcasesReadBackAsExpected) {
       {"bold entries with their fonts", dejaVuMacBinary, purgeFrom({1}, true),
        {"sfnt 13491", "NFNT 13491", "NFNT 13492", "NFNT 13493"}, [&](const Bytes& b) { return purged(b, dejaVuPlain, 3); },
        "DejaVu Sans"},
-      {"Type 1 family without plain and bold italic", nimbus, purgeFrom({0, 3}, true), {"NFNT 7260", "NFNT 7263"},
-       [](const Bytes& b) { return purged(b, {{12, 1, 7261}, {12, 2, 7262}}, 2); }, "Nimbus Sans"},
       {"dfont without its plain entry, the outline kept", "a-dfont/DejaVuSans.dfont", purgeFrom({0}, false), {},
        [](const Bytes& b) { return purged(b, {{0, 1, 13491}}, 1); }, "DejaVu Sans"},
       {"promote bold", dejaVuAppleDouble, promote(1), {},
@@ -181,7 +174,9 @@ TEST(FamilyEditing, EditsStayWithinTheFamily) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
     test::ScratchDir scratch;
-    auto rf = openBuilt(scratch, ResourceForkBuilder().add("FOND", 128, row.bytes, "Family").build());
+    const Bytes fork = ResourceForkBuilder().add("FOND", 128, row.bytes, "Family").build();
+    test::writeFile(scratch.file("built.dfont"), std::string(fork.begin(), fork.end()));
+    auto rf = open(scratch.file("built.dfont"), false);
     row.edit(*rf, firstFamily(rf));
     EXPECT_EQ(bytesOf(firstFamily(rf)), row.expected);
     std::string name;
@@ -197,15 +192,14 @@ std::map<std::string, std::string> snapshot(const fs::path& dir) {
   return files;
 }
 
-// The command-line purge and promote: what they write, what they refuse, and that the input
-// and any failed copy are left as they were.
+// The command-line purge and promote: what they write and refuse; the input is left as it was.
 TEST(EditCommands, EditCopiesAndRefusesCleanly) {
   const std::string tool = std::string(TYPEPRINT_BINARY_DIR) + "/stage/bin/typeprint";
   if (!fs::exists(tool)) GTEST_SKIP() << "the typeprint tool is not built";
   // FILE stands for the copied fixture, OUT for a new path beside it; `edited` is the file to read
   // back (none when nothing may be written), with its bitmap IDs and family name.
   const struct { const char* fixture; std::string arguments; int status; std::vector<std::string> newFiles;
-                 const char* edited; std::vector<int16_t> nfnts; std::string familyName; } rows[] = {
+                 const char* edited; std::vector<int16_t> nfnts = {}; std::string familyName = {}; } rows[] = {
       {"b-suitcase-truetype/appledouble/DejaVuSans", "purge --keep-style 1 FILE OUT", 0, {"._OUT", "OUT"}, "OUT",
        {13492, 13493}, "DejaVu Sans"},
       {"c-type1-family/macbinary/NimbusSans", "promote --style 3 --in-place FILE", 0, {}, "NimbusSans",
@@ -228,7 +222,8 @@ TEST(EditCommands, EditCopiesAndRefusesCleanly) {
     std::vector<std::string> added;
     for (const auto& [name, bytes] : snapshot(scratch.path())) {
       if (!before.count(name)) added.push_back(name);
-      else if (!row.edited || name.find(row.edited) == std::string::npos) EXPECT_EQ(bytes, before.at(name)) << name;
+      const bool mayChange = !before.count(name) || (row.edited && name.find(row.edited) != std::string::npos);
+      EXPECT_TRUE(mayChange || bytes == before.at(name)) << name << " changed";
     }
     EXPECT_EQ(added, row.newFiles);
     if (!row.edited) continue;

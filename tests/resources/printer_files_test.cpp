@@ -8,7 +8,6 @@
 #include "builders/fond_builder.h"
 #include "builders/resource_fork_builder.h"
 #include "resources/printer_files.h"
-#include "resources/printer_font_folder.h"
 #include "support/mac_fixtures.h"
 #include "support/resource_files.h"
 
@@ -31,7 +30,7 @@ Handle firstFamily(const test::ResourceFilePtr& rf) { return getHandleOfTypeAndI
 TEST(PrinterFiles, FileNamesFollowTheFiveThreeThreeRule) {
   const struct { const char* psName; const char* fileName; } rows[] = {
       {"Helvetica-Narrow-BoldOblique", "HelveNarBolObl"}, {"ITC-Garamond-Book", "GaramBoo"}, {"Univers-55", "Unive55"},
-      {"MyriadMM_215_LT", "MyriaMM"}, {"", ""}, {"ITC-", ""},
+      {"MyriadMM_215_LT", "MyriaMM"}, {"", ""},
       // The fixture printer files (named by FontForge and t1mac).
       {"NimbusSans-BoldItalic", "NimbuSanBolIta"}, {"C059-Roman", "C059Rom"}, {"NimbusMonoPS-Regular", "NimbuMonPSReg"},
       {"Abc_", "Abc_"},               // a "_" in the last place is no cut
@@ -76,13 +75,11 @@ TEST(PrinterFiles, WrappedPrinterFilesAreFoundByTheirMacName) {
   // An AppleSingle printer file named NAME.as, for a family that names C059-Roman.
   fs::copy_file(test::macFixture("d-t1mac-lwfn/applesingle/C059Rom"), dir.file("C059Rom.as"));
   auto rf = test::openResourceFile(dir.file("NimbusSans"));
-  ASSERT_TRUE(rf);
   Handle fond = firstFamily(rf);
   EXPECT_EQ(getPSPrinterNameForFOND(object(rf), fond, 0), "NimbuSanReg.bin");
   EXPECT_EQ(getPSPrinterNameForFOND(object(rf), fond, 1), "NimbuSanBol.macbin");
   EXPECT_EQ(CreatePrinterPath(rf.get(), fond, 0).value_or(""), dir.file("NimbuSanReg.bin"));
-  // NimbuSanBolIta.bin holds NimbuSanIta: the Bold Italic face finds "Other" by its header,
-  // the Italic face finds NimbuSanBolIta.bin by its header.
+  // NimbuSanBolIta.bin holds NimbuSanIta; each face finds its file by the file's header.
   EXPECT_EQ(getPSPrinterNameForFOND(object(rf), fond, 3), "Other");
   EXPECT_EQ(getPSPrinterNameForFOND(object(rf), fond, 2), "NimbuSanBolIta.bin");
   auto c059 = test::writeAndOpen(dir, "C059 Family", bitmapFamily("C059", "-Roman"));
@@ -96,6 +93,7 @@ TEST(PrinterFiles, TheFolderAnswersWhenTheComputedNameIsMissing) {
       {"exact name, PFA", "NimbusRoman", "-Regular", "type1/NimbusRoman-Regular.pfa", "Roman.PFA", "Roman.PFA"},
       {"up to the second hyphen", "NimbusRoman", "-Regular-SC", "type1/NimbusRoman-Regular.pfb", "R.pfb", "R.pfb"},
       {"LWFN in AppleDouble form", "C059", "-Roman", "mac/d-t1mac-lwfn/appledouble/C059Rom", "Printer", "Printer"},
+      {"not a printer font", "NimbusRoman", "-Regular", "type1/NimbusRoman-Regular.pfm", "R.pfm", "NimbuRomReg"},
       {"no match: the computed name stands", "NimbusRoman", "-Bold", "type1/NimbusRoman-Regular.pfb", "R.pfb",
        "NimbuRomBol"},
       {"the computed name is the suitcase itself", "NimbusSans", "-Regular", "mac/c-type1-family/macbinary/NimbuSanReg",
@@ -127,16 +125,6 @@ TEST(PrinterFiles, AnswersAreCachedForTheLifeOfTheObject) {
   EXPECT_FALSE(CreatePrinterPath(rf.get(), firstFamily(rf), 1));  // the file is gone
   auto reopened = test::openResourceFile(dir.file("NimbusSans"));  // a new object reads the folder again
   EXPECT_EQ(CreatePrinterPath(reopened.get(), firstFamily(reopened), 1).value_or(""), dir.file("Bold"));
-}
-
-TEST(PrinterFonts, FolderFontsAndTheirNames) {
-  std::vector<std::string> found;
-  for (const auto& f : readFolderPrinterFonts(test::macFixture("c-type1-family/appledouble")))
-    found.push_back(f.fileName + " " + f.postScriptName);
-  EXPECT_EQ(found, (std::vector<std::string>{"NimbuSanBol NimbusSans-Bold", "NimbuSanBolIta NimbusSans-BoldItalic",
-                                             "NimbuSanIta NimbusSans-Italic", "NimbuSanReg NimbusSans-Regular"}));
-  EXPECT_EQ(printerFontPostScriptName(test::fontPath("mac/d-t1mac-lwfn/netatalk/C059Rom")), "C059-Roman");
-  EXPECT_EQ(printerFontPostScriptName(test::fontPath("type1/NimbusRoman-Regular.pfm")), "");
 }
 
 }  // namespace
