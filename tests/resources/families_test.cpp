@@ -1,5 +1,5 @@
-// Families and styles: the faces of every fixture family, the per-family queries over synthetic
-// families with missing entries.
+// Families and styles: the faces and outline resources of the fixture families, and the queries
+// of one family over whole, short and cut synthetic families.
 #include <gtest/gtest.h>
 
 #include <set>

@@ -13,6 +13,7 @@
 #include "builders/resource_fork_builder.h"
 #include "resources/family_editing.h"
 #include "support/mac_fixtures.h"
+#include "support/resource_files.h"
 
 namespace typeprint {
 namespace {
@@ -173,15 +174,14 @@ TEST(FamilyEditing, EditsStayWithinTheFamily) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
-    test::ScratchDir scratch;
-    const Bytes fork = ResourceForkBuilder().add("FOND", 128, row.bytes, "Family").build();
-    test::writeFile(scratch.file("built.dfont"), std::string(fork.begin(), fork.end()));
-    auto rf = open(scratch.file("built.dfont"), false);
-    row.edit(*rf, firstFamily(rf));
-    EXPECT_EQ(bytesOf(firstFamily(rf)), row.expected);
+    test::ScratchDir dir;
+    auto rf = test::writeAndOpen(dir, "built.dfont", ResourceForkBuilder().add("FOND", 128, row.bytes, "Family").build());
+    ASSERT_TRUE(rf);
+    Handle fond = getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1);
+    row.edit(test::object(rf), fond);  // checked in memory
+    EXPECT_EQ(bytesOf(fond), row.expected);
     std::string name;
-    rf->getResInfo(firstFamily(rf), nullptr, nullptr, &name);
-    EXPECT_EQ(name, row.name);
+    EXPECT_TRUE(GetResInfo(fond, nullptr, nullptr, &name) && name == row.name) << name;
   }
 }
 

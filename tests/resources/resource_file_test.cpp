@@ -5,7 +5,7 @@
 
 #include <filesystem>
 #include <map>
-#include <string>
+#include <set>
 
 #include "builders/resource_fork_builder.h"
 #include "platform/linux/fork_writer.h"
