@@ -30,16 +30,20 @@ Bytes twoFaceCollection() {
 TEST(TtcSplit, HeaderAndRebuildStatuses) {
   test::ScratchDir dir;
   const Bytes good = twoFaceCollection();
-  const struct { const char* what; Bytes bytes; int status; unsigned faces; } headers[] = {
-      {"version 1.0", good, kTTCSuccess, 2},
-      {"not ttcf", test::patchU32(good, 0, 0x4F54544F), kTTCNotCollection, 0},
-      {"version 3.0", test::patchU32(good, 4, 0x00030000), kTTCBadVersion, 0},
-      {"12 bytes", test::truncated(good, 12), kTTCDamaged, 0},
+  // A count of millions in a small file: walks stop where the offset list leaves the file.
+  const Bytes huge = test::patchU32(good, 8, 0x00FFFFFF);
+  const struct { const char* what; Bytes bytes; int status; unsigned faces, inFile; } headers[] = {
+      {"version 1.0", good, kTTCSuccess, 2, 2},
+      {"not ttcf", test::patchU32(good, 0, 0x4F54544F), kTTCNotCollection, 0, 0},
+      {"version 3.0", test::patchU32(good, 4, 0x00030000), kTTCBadVersion, 0, 0},
+      {"12 bytes", test::truncated(good, 12), kTTCDamaged, 0, 0},
+      {"count beyond the file", huge, kTTCSuccess, 0x00FFFFFF, unsigned((good.size() - 13) / 4)},
   };
   for (const auto& row : headers) {
     test::writeFile(dir.file("c.ttc"), text(row.bytes));
     EXPECT_EQ(TrueTypeCollectionFont(dir.file("c.ttc")).ReadIntoMemory(), row.status) << row.what;
     EXPECT_EQ(TrueTypeCollectionFont(ByteSpan(row.bytes)).faceCount(), row.faces) << row.what;
+    EXPECT_EQ(TrueTypeCollectionFont(ByteSpan(row.bytes)).faceCountInFile(), row.inFile) << row.what;
   }
   EXPECT_EQ(TrueTypeCollectionFont(dir.file("missing.ttc")).ReadIntoMemory(), kTTCFileError);
   const size_t face0 = 12 + 8, firstEntry = face0 + 12;  // the first offset table follows the two offsets

@@ -81,6 +81,9 @@ TEST(CreateSpecifier, FacesOfRealFiles) {
       {"mac/c-type1-family/appledouble/NimbusSans", "PostScript", "mac", 7260, nimbus},
       {"mac/a-dfont/DejaVuSans.dfont", "TrueType", "mac", 13490, dejaVu},
       {"mac/a-dfont/DejaVuSans.dfont.bin", "TrueType", "mac", 13490, dejaVu},
+      {"mac/a-dfont/NimbusSans-CFF.dfont", "OpenType - PS", "mac", 7260,
+       {{"NimbusSans-Regular", 0, 0x326A540B, 0x326A540B, 0x000129FD, 10958},
+        {"NimbusSans-Bold", 1, 0x95AF654E, 0x95AF654E, 0x00013ED0, 10958}}},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.file);

@@ -5,6 +5,7 @@
 #include <set>
 
 #include "builders/fond_builder.h"
+#include "builders/resource_fork_builder.h"
 #include "resources/families.h"
 #include "resources/printer_files.h"
 #include "support/mac_fixtures.h"
@@ -88,6 +89,42 @@ TEST(Families, QueriesOfWholeShortAndCutFamilies) {
     DisposeHandle(fond);
   }
   EXPECT_EQ(getCountOfUniqueStyles(rf.get(), nullptr), 0);
+}
+
+// Family names: Mac Roman unless the family is double-byte and its outline is a CID font; the
+// "A-CID"/"CID-B" names also keep a "true" outline from counting as TrueType.
+TEST(Families, NamesDecodeByScriptAndCIDNamesAreNotTrueType) {
+  const Bytes doubleByte = FondBuilder().intl1(1).entry(0, 0, 500).build();
+  const Bytes roman = FondBuilder().entry(0, 0, 500).build();
+  const Bytes ryumin = {0x83, 0x8A, 0x83, 0x85, 0x83, 0x45, 0x83, 0x7E, 0x83, 0x93};  // Shift-JIS
+  const struct { const char* what; Bytes fond; std::string name; Bytes outline; const char* decoded; bool trueType; } rows[] = {
+      {"double-byte, typ1 outline", doubleByte, std::string(ryumin.begin(), ryumin.end()), {'t', 'y', 'p', '1', 0},
+       "\u30EA\u30E5\u30A6\u30DF\u30F3", false},
+      {"single-byte", roman, "Caf\x8E \xA5", {'t', 'r', 'u', 'e', 0}, "Caf\u00E9 \u2022", true},
+      {"CID name on a true outline", roman, "A-CID Gothic", {'t', 'r', 'u', 'e', 0}, "A-CID Gothic", false},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.what);
+    test::ScratchDir dir;
+    auto rf = test::writeAndOpen(
+        dir, "family", test::ResourceForkBuilder().add("FOND", 128, row.fond, row.name).add("sfnt", 500, row.outline).build());
+    Handle fond = getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1);
+    EXPECT_EQ(std::string(getResourceNameFromFOND(test::object(rf), fond)), row.decoded);
+    EXPECT_EQ(has_ttc_true_Flag(rf.get(), fond, 0), row.trueType);
+  }
+}
+
+// Over all families, the k-th family (by ID) is read only when 60 + 6k bytes fit in it: a short
+// second family is passed over even though its own entries fit.
+TEST(Families, SortedStylesKeepTheFamilyIndexedBound) {
+  test::ScratchDir dir;
+  auto rf = test::writeAndOpen(dir, "suitcase",
+                               test::ResourceForkBuilder()
+                                   .add("FOND", 1, FondBuilder().entry(0, 2, 10).build())
+                                   .add("FOND", 2, FondBuilder().entry(0, 1, 20).build())
+                                   .add("FOND", 3, FondBuilder().entry(0, 4, 30).entry(0, 8, 31).entry(0, 0, 32).build())
+                                   .build());
+  EXPECT_EQ(getSortedStyles(test::object(rf)), (std::vector<int16_t>{0, 2, 4, 8}));
 }
 
 }  // namespace
