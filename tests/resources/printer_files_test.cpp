@@ -30,7 +30,8 @@ Handle firstFamily(const test::ResourceFilePtr& rf) { return getHandleOfTypeAndI
 TEST(PrinterFiles, FileNamesFollowTheFiveThreeThreeRule) {
   const struct { const char* psName; const char* fileName; } rows[] = {
       {"Helvetica-Narrow-BoldOblique", "HelveNarBolObl"}, {"ITC-Garamond-Book", "GaramBoo"}, {"Univers-55", "Unive55"},
-      {"MyriadMM_215_LT", "MyriaMM"}, {"", ""},
+      {"MyriadMM_215_LT", "MyriaMM"}, {"", ""}, {"Times-BoldItalic", "TimesBolIta"},
+      {"AGaramond-Regular", "AGarReg"}, {"Frutiger55Roman", "FrutiRom"},
       // The fixture printer files (named by FontForge and t1mac).
       {"NimbusSans-BoldItalic", "NimbuSanBolIta"}, {"C059-Roman", "C059Rom"}, {"NimbusMonoPS-Regular", "NimbuMonPSReg"},
       {"Abc_", "Abc_"},               // a "_" in the last place is no cut
@@ -42,6 +43,24 @@ TEST(PrinterFiles, FileNamesFollowTheFiveThreeThreeRule) {
     UxString(row.psName).GetPascalString(in);
     GetPostScriptFontFileName(in, out);
     EXPECT_EQ(std::string(reinterpret_cast<const char*>(out + 1), out[0]), row.fileName) << row.psName;
+  }
+}
+
+// Multiple-master names come from the family's resource name: "%M" marks one, "MM" ends the base.
+TEST(PrinterFiles, MultipleMasterNamesFromTheFamilyName) {
+  const struct { const char* familyName; const char* result; bool isMM; } rows[] = {
+      {"MyriadMM_215_LT", "Myriad", true}, {"TekoMMSans_wd", "TekoSans", true}, {"%MMinionMM", "Minion", true},
+      {"%MMinion", "Minion", true},
+      {"Garamond", "Garamond-Bold", false},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.familyName);
+    test::ScratchDir dir;
+    auto rf = test::writeAndOpen(
+        dir, "suitcase", ResourceForkBuilder().add("FOND", 300, FondBuilder().entry(12, 0, 1).build(), row.familyName).build());
+    bool isMM = false;
+    EXPECT_EQ(std::string(normalizePostScriptName("Garamond-Bold", firstFamily(rf), &isMM)), row.result);
+    EXPECT_EQ(isMM, row.isMM);
   }
 }
 

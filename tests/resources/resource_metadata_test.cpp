@@ -115,5 +115,28 @@ TEST(ResourceMetadata, KindsOfMultipleMasterAndDoubleByteFamilies) {
   }
 }
 
+// A printer file that keeps its header in the data fork: only the first 6000 bytes are read.
+TEST(ResourceMetadata, DataForkHeadersAreReadToSixThousandBytes) {
+  test::ScratchDir dir;
+  const std::string key = "/FamilyName (Sample) readonly def\n";
+  test::writeFile(dir.file("early"), key + std::string(6000, ' '));
+  test::writeFile(dir.file("late"), std::string(6000, ' ') + key);
+  const struct { const char* what; std::string path; long status; const char* family; } rows[] = {
+      {"key within the first 6000 bytes", dir.file("early"), 0, "Sample"},
+      {"key after them", dir.file("late"), 0, ""},
+      {"missing file", dir.file("absent"), 6, ""},
+      {"no path", "", -1, ""},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.what);
+    Names n;
+    n.printerPath = row.path;
+    EXPECT_EQ(CollectPSMetaDataFromFile("", &n.printerPath, &n.kind, &n.foundry, &n.family, &n.version,
+                                        &n.postScriptName, &n.styledName, &n.fullName),
+              row.status);
+    EXPECT_EQ(std::string(n.family), row.family);
+  }
+}
+
 }  // namespace
 }  // namespace typeprint
