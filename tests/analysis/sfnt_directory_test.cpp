@@ -29,7 +29,9 @@ TEST(SfntDirectory, FindsAndValidatesTables) {
   for (const auto& row : rows) {
     auto entry = FindSpecifiedTable(ByteSpan(row.bytes), row.tag);
     ASSERT_EQ(entry.has_value(), row.found) << row.what;
-    if (entry) EXPECT_EQ(ValidateDirectoryEntry(&*entry, ByteSpan(row.bytes)), row.valid) << row.what;
+    if (entry) {
+      EXPECT_EQ(ValidateDirectoryEntry(&*entry, ByteSpan(row.bytes)), row.valid) << row.what;
+    }
   }
   EXPECT_FALSE(ValidateDirectoryEntry(nullptr, ByteSpan(font)));
 }

@@ -70,7 +70,9 @@ TEST(Type1Header, ReadsRealFiles) {
   setFoundryNameTest([](const UxString& text) { return text.find("(urw)++") != std::string::npos; });
   for (const auto& row : rows) {
     const std::string bytes = test::readFile(row.path);
-    if (!bytes.empty()) EXPECT_EQ(gather(bytes.substr(0, 6000)), row.names) << row.path;  // else: not installed
+    if (!bytes.empty()) {  // else: not installed
+      EXPECT_EQ(gather(bytes.substr(0, 6000)), row.names) << row.path;
+    }
   }
   setFoundryNameTest(nullptr);
 }

@@ -61,11 +61,15 @@ TEST(ForkLocator, EachPlaceOnItsOwn) {
     EXPECT_EQ(std::make_pair(forks->type, forks->creator),
               std::make_pair(test::fourCC(std::string(row.codes, 4)), test::fourCC(std::string(row.codes + 4, 4))));
     EXPECT_EQ(forks->finderSize(), kFork.size() + kData.size());
-    if (row.files.size() > 1) EXPECT_TRUE(fs::equivalent(forks->companionPath, dir.file(row.files[1].first)));
+    if (row.files.size() > 1) {
+      EXPECT_TRUE(fs::equivalent(forks->companionPath, dir.file(row.files[1].first)));
+    }
     auto opened = openForks(dir.file("a/b/Font"));  // the fixed order reaches the same answer
     EXPECT_TRUE(opened && opened->source == row.source && copyOf(opened->resourceFork) == kFork);
     for (const auto& other : rows)  // and no other place claims this fork
-      if (other.place != row.place) EXPECT_FALSE(other.place(file)) << "taken for " << other.files.back().first;
+      if (other.place != row.place) {
+        EXPECT_FALSE(other.place(file)) << "taken for " << other.files.back().first;
+      }
   }
 }
 

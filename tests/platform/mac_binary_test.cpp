@@ -40,7 +40,9 @@ TEST(MacBinary, ReadsAndRewritesEveryFixtureWriter) {
     ASSERT_TRUE(again && again->version == (row.version == 3 ? 3 : 2));
     EXPECT_EQ(std::make_pair(copyOf(again->dataFork), copyOf(again->resourceFork)), std::make_pair(copyOf(mb->dataFork), fork));
     EXPECT_TRUE(std::equal(out.begin() + 1, out.begin() + 82, mb->header.begin() + 1));
-    if (row.version == 2) EXPECT_EQ(writeMacBinary(*mb, mb->dataFork, mb->resourceFork), copyOf(file->bytes()));
+    if (row.version == 2) {
+      EXPECT_EQ(writeMacBinary(*mb, mb->dataFork, mb->resourceFork), copyOf(file->bytes()));
+    }
   }
 }
 
@@ -61,7 +63,9 @@ TEST(MacBinary, DetectionIsStrict) {
   for (const auto& row : rows) {
     auto mb = readMacBinary(row.bytes);
     ASSERT_EQ(mb ? mb->version : 0, row.version) << row.what;
-    if (mb) EXPECT_EQ(std::make_pair(copyOf(mb->dataFork), copyOf(mb->resourceFork)), std::make_pair(data, fork));
+    if (mb) {
+      EXPECT_EQ(std::make_pair(copyOf(mb->dataFork), copyOf(mb->resourceFork)), std::make_pair(data, fork));
+    }
   }
   // Ordinary font files and other containers are never taken for MacBinary.
   std::vector<std::string> paths{test::macFixture("d-t1mac-lwfn/applesingle/C059Rom"), test::macFixture("a-dfont/DejaVuSans.dfont")};
@@ -71,7 +75,9 @@ TEST(MacBinary, DetectionIsStrict) {
       if (it->is_regular_file(ec)) paths.push_back(it->path().string());
   for (const std::string& path : paths) {
     auto file = MappedFile::open(path);
-    if (file) EXPECT_FALSE(readMacBinary(file->bytes())) << path;
+    if (file) {
+      EXPECT_FALSE(readMacBinary(file->bytes())) << path;
+    }
   }
 }
 

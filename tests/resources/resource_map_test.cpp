@@ -79,7 +79,8 @@ TEST(ResourceMap, AddedAndRemovedResourcesAreWritten) {
   EXPECT_FALSE(map->changed());
   EXPECT_TRUE(map->remove(map->find(tag("NFNT"), 128)));
   map->add(tag("POST"), 501, nullptr, Bytes{1, 0, 'x'});
-  auto again = ResourceMap::read(map->write().value());
+  const Bytes written = map->write().value();  // the map read from it borrows these bytes
+  auto again = ResourceMap::read(written);
   ASSERT_TRUE(again && again->find(tag("POST"), 501));
   EXPECT_EQ(again->countTypes(), 3);  // the last NFNT took its type with it
   EXPECT_EQ(copyOf(again->find(tag("POST"), 501)->data()), (Bytes{1, 0, 'x'}));

@@ -26,8 +26,9 @@ long collectMac(const test::ResourceFilePtr& rf, const std::string& path, short 
 
 // A POST resource: segment type, a zero byte, then the text.
 Bytes post(uint8_t segment, const std::string& text, size_t size = 0) {
-  Bytes b{segment, 0};
-  b.insert(b.end(), text.begin(), text.end());
+  Bytes b(2 + text.size());
+  b[0] = segment;
+  std::copy(text.begin(), text.end(), b.begin() + 2);
   if (size) b.resize(size, ' ');
   return b;
 }
