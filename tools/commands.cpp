@@ -65,6 +65,7 @@ std::vector<FileReport> identifyAll(const std::vector<std::string>& files, uint3
   auto work = [&] {
     for (size_t i = next++; i < files.size(); i = next++) {
       reports[i] = identifyFile(files[i], mask);
+      reports[i].damaged = reports[i].status != TP_STATUS_OK && looksLikeIdentifiableFont(files[i]);
       progress.update(++done, files[i]);
     }
   };
@@ -101,7 +102,7 @@ bool reportFailures(const std::vector<FileReport>& reports, const std::vector<st
   for (const std::string& path : unreadable) std::fprintf(stderr, "typeprint: %s: cannot read folder\n", path.c_str());
   for (const FileReport& r : reports) {
     if (r.status == TP_STATUS_OK) continue;
-    if (!looksLikeIdentifiableFont(r.path)) {
+    if (!r.damaged) {
       ++*skipped;
       continue;
     }

@@ -23,6 +23,7 @@ struct FileReport {
   std::string path;
   TP_Status status = TP_STATUS_FAILED;
   std::vector<FaceReport> faces;
+  bool damaged = false;  // gave no face but looks like a font that should have (see file_walk.h)
   std::string xml;    // the library's own XML form of the file's array
   std::string plist;  // and its property-list form
 };
