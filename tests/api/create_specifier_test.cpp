@@ -57,6 +57,18 @@ struct Face {
 
 // A plain sfnt is style 0 of family -1: kerning checksum 0, face and legacy checksums the CRC of
 // the whole file. Collection faces have no legacy checksum nor outline size.
+// The names-table reader on raw sfnt bytes; its three middle inputs are handed through unused.
+TEST(CreateSpecifier, PostScriptNameFromRawSfntBytes) {
+  const std::string font = typeprint::test::readFile(fontPath("sfnt/NimbusSans-Regular.otf"));
+  char buffer[64] = "untouched";
+  int resourceFile = 0;
+  char* handleData = nullptr;
+  TP_GetPostScriptNameFromNamesTable(font.data(), 12, &resourceFile, &handleData, 0, buffer, sizeof buffer);
+  EXPECT_STREQ(buffer, "untouched");  // no names in 12 bytes: the buffer is left alone
+  TP_GetPostScriptNameFromNamesTable(font.data(), uint32_t(font.size()), &resourceFile, &handleData, 0, buffer, 8);
+  EXPECT_STREQ(buffer, "NimbusS");
+}
+
 TEST(CreateSpecifier, FacesOfRealFiles) {
   const std::vector<Face> nimbus = {
       {"NimbusSans-Regular", 0, 0xA3D01D2B, 0xA3D01D2B, 0x000129FD, 5807, "NimbuSanReg"},

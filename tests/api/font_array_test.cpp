@@ -135,6 +135,10 @@ TEST_F(CInterface, StatusOrderOfGetters) {
   }
   EXPECT_EQ(TP_GetWindowsMMFile(array_, 2, buffer, 32), TP_STATUS_FAILED);
   EXPECT_EQ(TP_GetWindowsMMFile(array_, 1, buffer, 32), TP_STATUS_NOT_COLLECTED);
+  EXPECT_EQ(TP_GetWindowsMMFile(array_, 0, buffer, 32), TP_STATUS_FAILED);  // not a .pfb printer file
+  array_->specifiers[0].outlineFilePath = "/fonts/MyriaMM.PFB";
+  EXPECT_EQ(TP_GetWindowsMMFile(array_, 0, buffer, 32), TP_STATUS_OK);
+  EXPECT_STREQ(buffer, "/fonts/MyriaMM.mmm");
 }
 
 TEST_F(CInterface, VersionIsTrimmedToItsNumber) {
