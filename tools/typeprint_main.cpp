@@ -1,6 +1,7 @@
 // typeprint: identify, scan and compare font files from the command line.
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,8 @@ namespace {
 
 const char kHelp[] =
     "usage: typeprint COMMAND [OPTIONS] [ARGS]\n"
+    "       typeprint FILE...            (as identify FILE...)\n"
+    "       typeprint                    (as scan)\n"
     "\n"
     "Commands:\n"
     "  identify [--format text|xml|plist|json] [--mask BITS] FILE...\n"
@@ -49,6 +52,8 @@ int main(int argc, char** argv) {
   if (command == "classify") return classifyCommand(args);
   if (command == "purge") return purgeCommand(args);
   if (command == "promote") return promoteCommand(args);
+  // "typeprint FILE..." is short for "typeprint identify FILE...".
+  if (std::filesystem::exists(command)) return identifyCommand(std::vector<std::string>(argv + 1, argv + argc));
   std::fprintf(stderr, "typeprint: unknown command '%s' (see typeprint --help)\n", command.c_str());
   return 2;
 }

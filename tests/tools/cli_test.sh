@@ -27,6 +27,7 @@ out=$("$tool" identify --format plist "$fonts/sfnt/NimbusSans-Regular.otf")
 check "plist is the library's property list" contains "$out" "<string>7400DF99</string>"
 out=$("$tool" identify "$fonts/sfnt/NimbusSans-Regular.otf")
 check "text shows kind and name" contains "$out" "NimbusSans-Regular"
+check "a bare FILE is identified" test "$("$tool" "$fonts/sfnt/NimbusSans-Regular.otf")" = "$out"
 out=$("$tool" identify --mask 0x1 --format json "$fonts/sfnt/NimbusSans-Regular.otf")
 check "mask limits the attributes" test "$(grep -c '"kind"' <<<"$out")" -eq 0
 
