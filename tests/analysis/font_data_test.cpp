@@ -4,7 +4,7 @@
 
 #include "analysis/checksums.h"
 #include "builders/sfnt_builder.h"
-#include "builders/type1_builder.h"
+#include "builders/pfm_builder.h"
 #include "support/test_paths.h"
 
 namespace typeprint {

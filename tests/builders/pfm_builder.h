@@ -1,5 +1,4 @@
-// Builds the files of a PostScript Type 1 font: a PFB (segments of clear text and binary) and
-// the header of a Windows printer-font-metrics file.
+// Builds the header of a Windows printer-font-metrics file.
 #pragma once
 
 #include <string>
@@ -7,9 +6,6 @@
 #include "builders/sfnt_builder.h"
 
 namespace typeprint::test {
-
-// A PFB: an ASCII segment with `clearText`, a binary segment, and the end marker.
-Bytes pfbFile(const std::string& clearText, const Bytes& binary);
 
 // A printer-font-metrics file of `size` bytes (at least 117) whose size field holds `storedSize`
 // written big-endian (real files write it little-endian) and whose 60-byte copyright field
