@@ -1,4 +1,5 @@
-// Fork location: each place alone, their order, every container form, and companion files.
+// Fork location: each place alone, their order, and companion files. Every container form of the
+// real fixtures is read in resources/resource_file_test.cpp.
 #include "platform/linux/fork_locator.h"
 
 #include <gtest/gtest.h>
@@ -90,23 +91,6 @@ TEST(ForkLocator, PlacesAreTriedInOrder) {
   auto plain = openForks(test::fontPath("sfnt/DejaVuSans-kern.ttf"));
   EXPECT_TRUE(plain && plain->source == ForkSource::Plain && plain->resourceFork.size + plain->type + plain->creator == 0);
   EXPECT_FALSE(openForks(test::fontPath("sfnt/missing.ttf")) || openForks(test::fontPath("sfnt")));
-}
-
-// Resources and codes in every form are checked in resources/resource_file_test.cpp; here the rest.
-TEST(ForkLocator, SameFontInEveryContainerForm) {
-  for (const auto& forms : std::vector<std::vector<const char*>>{
-           {"d-t1mac-lwfn/macbinary/C059Rom", "d-t1mac-lwfn/macbinary-i/C059Rom", "d-t1mac-lwfn/applesingle/C059Rom",
-            "d-t1mac-lwfn/appledouble/C059Rom", "d-t1mac-lwfn/netatalk/C059Rom"},
-           {"b-suitcase-truetype/macbinary/DejaVuSans.bin", "b-suitcase-truetype/appledouble/DejaVuSans"}}) {
-    auto reference = openForks(test::macFixture(forms[0]));
-    ASSERT_TRUE(reference);
-    for (const char* form : forms) {
-      auto forks = openForks(test::macFixture(form));
-      ASSERT_TRUE(forks) << form;
-      EXPECT_EQ(copyOf(forks->dataFork), copyOf(reference->dataFork)) << form;
-      EXPECT_EQ(forks->finderSize(), reference->finderSize()) << form;
-    }
-  }
 }
 
 TEST(ForkLocator, CompanionFilesAreNotFonts) {
