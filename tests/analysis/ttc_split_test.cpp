@@ -40,10 +40,11 @@ TEST(TtcSplit, HeaderAndRebuildStatuses) {
       {"count beyond the file", huge, kTTCSuccess, 0x00FFFFFF, unsigned((good.size() - 13) / 4)},
   };
   for (const auto& row : headers) {
+    SCOPED_TRACE(row.what);
     test::writeFile(dir.file("c.ttc"), text(row.bytes));
-    EXPECT_EQ(TrueTypeCollectionFont(dir.file("c.ttc")).ReadIntoMemory(), row.status) << row.what;
-    EXPECT_EQ(TrueTypeCollectionFont(ByteSpan(row.bytes)).faceCount(), row.faces) << row.what;
-    EXPECT_EQ(TrueTypeCollectionFont(ByteSpan(row.bytes)).faceCountInFile(), row.inFile) << row.what;
+    EXPECT_EQ(TrueTypeCollectionFont(dir.file("c.ttc")).ReadIntoMemory(), row.status);
+    const TrueTypeCollectionFont collection{ByteSpan(row.bytes)};
+    EXPECT_EQ(std::make_pair(collection.faceCount(), collection.faceCountInFile()), std::make_pair(row.faces, row.inFile));
   }
   EXPECT_EQ(TrueTypeCollectionFont(dir.file("missing.ttc")).ReadIntoMemory(), kTTCFileError);
   const size_t face0 = 12 + 8, firstEntry = face0 + 12;  // the first offset table follows the two offsets
