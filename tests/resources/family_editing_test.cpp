@@ -40,10 +40,7 @@ std::string facts(Handle fond) {
   for (size_t at : {16, 20, 24}) out << " " << all.at(at, 4).u32();
   out << " |";
   BEReader r = all.from(54);
-  for (int i = 0; i <= count && r.remaining() >= 6; ++i) {
-    const int size = r.s16(), style = r.s16();
-    out << " " << size << "/" << style << "/" << r.s16();
-  }
+  for (int i = 0; i <= count && r.remaining() >= 6; ++i) out << " " << r.s16() << "/" << r.s16() << "/" << r.s16();
   out << " | kern";
   r = all.from(all.at(20, 4).u32());
   for (int n = all.at(20, 4).u32() ? r.s16() + 1 : 0; n > 0 && r.remaining() >= 4; --n) {
