@@ -31,8 +31,10 @@ bool standardFolderPath(uint32_t folderType, UxString& path) {
   return Parser::MacGetStandardFolder(folderType, 0, path, false) == 0;
 }
 
-bool toDirectory(bool found, const UxString& path, UxDirectorySpecification& dir) {
-  if (found && dir.Set(path)) return true;
+// The folder a path lookup gives, as a location; an invalid one when the lookup fails.
+bool toDirectory(bool (*lookup)(UxString&), UxDirectorySpecification& dir) {
+  UxString path;
+  if (lookup(path) && dir.Set(path)) return true;
   dir.SetInvalid();
   return false;
 }
@@ -177,32 +179,25 @@ bool UxFileSystemParser::GetWorkingDirectory(UxString& path) {
 }
 
 bool UxFileSystemParser::GetUserPreferencesDirectory(UxDirectorySpecification& dir) {
-  UxString path;
-  return toDirectory(GetUserPreferencesDirectory(path), path, dir);
+  return toDirectory(GetUserPreferencesDirectory, dir);
 }
 bool UxFileSystemParser::GetUserAppDataDirectory(UxDirectorySpecification& dir) {
-  UxString path;
-  return toDirectory(GetUserAppDataDirectory(path), path, dir);
+  return toDirectory(GetUserAppDataDirectory, dir);
 }
 bool UxFileSystemParser::GetUserDocumentsDirectory(UxDirectorySpecification& dir) {
-  UxString path;
-  return toDirectory(GetUserDocumentsDirectory(path), path, dir);
+  return toDirectory(GetUserDocumentsDirectory, dir);
 }
 bool UxFileSystemParser::GetUserDesktopDirectory(UxDirectorySpecification& dir) {
-  UxString path;
-  return toDirectory(GetUserDesktopDirectory(path), path, dir);
+  return toDirectory(GetUserDesktopDirectory, dir);
 }
 bool UxFileSystemParser::GetApplicationDirectory(UxDirectorySpecification& dir) {
-  UxString path;
-  return toDirectory(GetApplicationDirectory(path), path, dir);
+  return toDirectory(GetApplicationDirectory, dir);
 }
 bool UxFileSystemParser::GetTempDirectory(UxDirectorySpecification& dir) {
-  UxString path;
-  return toDirectory(GetTempDirectory(path), path, dir);
+  return toDirectory(GetTempDirectory, dir);
 }
 bool UxFileSystemParser::GetWorkingDirectory(UxDirectorySpecification& dir) {
-  UxString path;
-  return toDirectory(GetWorkingDirectory(path), path, dir);
+  return toDirectory(GetWorkingDirectory, dir);
 }
 
 bool UxFileSystemParser::PathExists(const UxString& path) { return OSPathExists(path); }

@@ -46,8 +46,15 @@ bool CFoundryNameTable::LoadTable(const std::string& path) { return keep(readTab
 
 bool CFoundryNameTable::keep(std::optional<PlistValue> root) {
   table_.reset();
+  canonicalNames_.clear();
   if (!root || !root->is(PlistValue::Type::Array)) return false;
   table_ = std::move(root);
+  for (const PlistValue& entry : table_->asArray()) {
+    const std::string* name = stringValue(entry, "FoundryName");
+    if (!name || name->empty()) continue;
+    UxString lowered = *name;
+    canonicalNames_.emplace(lowered.ToLower(), *name);
+  }
   return true;
 }
 
@@ -79,17 +86,14 @@ bool CFoundryNameTable::IsKnownCreatorCode(uint32_t code, UxString* foundry) con
 bool CFoundryNameTable::ContainsKnownFoundryName(const UxString& text, UxString* foundry,
                                                  UxString* defaultFoundry) const {
   if (!table_) return false;
-  // A canonical name stands for its foundry as it is: the exchange forms carry canonical names,
-  // and reading one back must give the same foundry, however short the name.
-  for (const PlistValue& entry : table_->asArray()) {
-    const std::string* name = stringValue(entry, "FoundryName");
-    if (name && !name->empty() && UxString(*name) == text) {
-      if (foundry) *foundry = *name;
-      return true;
-    }
-  }
   UxString lowered = text;
   lowered.ToLower();
+  // A canonical name stands for its foundry as it is: the exchange forms carry canonical names,
+  // and reading one back must give the same foundry, however short the name.
+  if (auto canonical = canonicalNames_.find(lowered); canonical != canonicalNames_.end()) {
+    if (foundry) *foundry = canonical->second;
+    return true;
+  }
   for (const PlistValue& entry : table_->asArray()) {
     const std::string* pattern = stringValue(entry, "Pattern");
     if (!pattern) continue;

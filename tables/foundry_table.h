@@ -11,6 +11,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 
@@ -55,6 +56,8 @@ class CFoundryNameTable {
   bool keep(std::optional<PlistValue> root);
 
   std::optional<PlistValue> table_;  // the root array; absent when nothing was loaded
+  // Canonical names by their lower-case form, the first entry's spelling kept.
+  std::map<std::string, std::string> canonicalNames_;
 };
 
 }  // namespace typeprint

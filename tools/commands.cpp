@@ -93,6 +93,18 @@ std::vector<std::string> scanRoots(const ParsedArgs& parsed) {
   return parsed.operands.empty() ? defaultFontFolders() : parsed.operands;
 }
 
+// Every file under the roots the operands name (or the font folders), identified on --jobs
+// threads. False for a bad --jobs value.
+bool identifyRoots(const ParsedArgs& parsed, std::vector<std::string>& files, std::vector<std::string>& unreadable,
+                   std::vector<FileReport>& reports) {
+  bool jobsOk = true;
+  const unsigned jobs = parseJobs(parsed, &jobsOk);
+  if (!jobsOk) return false;
+  files = collectFiles(scanRoots(parsed), &unreadable);
+  reports = identifyAll(files, TP_ATTR_ALL, jobs);
+  return true;
+}
+
 // Reports failures on stderr; true when any file failed. Files that are not identifiable fonts
 // are passed over silently.
 bool reportFailures(const std::vector<FileReport>& reports, const std::vector<std::string>& unreadable,
@@ -148,13 +160,10 @@ int scanCommand(const std::vector<std::string>& args) {
   if (!parsed.error.empty()) return usageError("", parsed.error);
   const std::string format = parsed.value("--format", "text");
   if (format != "text" && format != "json") return usageError("", "unknown format " + format);
-  bool jobsOk = true;
-  unsigned jobs = parseJobs(parsed, &jobsOk);
-  if (!jobsOk) return usageError("", "bad --jobs value");
+  std::vector<std::string> files, unreadable;
+  std::vector<FileReport> reports;
+  if (!identifyRoots(parsed, files, unreadable, reports)) return usageError("", "bad --jobs value");
 
-  std::vector<std::string> unreadable;
-  std::vector<std::string> files = collectFiles(scanRoots(parsed), &unreadable);
-  std::vector<FileReport> reports = identifyAll(files, TP_ATTR_ALL, jobs);
 
   size_t faces = 0, identified = 0, failures = 0, skipped = 0;
   std::map<std::string, size_t> kinds;
@@ -199,12 +208,9 @@ int scanCommand(const std::vector<std::string>& args) {
 int duplicatesCommand(const std::vector<std::string>& args) {
   const ParsedArgs parsed = parseArgs(args, {"--jobs"});
   if (!parsed.error.empty()) return usageError("", parsed.error);
-  bool jobsOk = true;
-  unsigned jobs = parseJobs(parsed, &jobsOk);
-  if (!jobsOk) return usageError("", "bad --jobs value");
-  std::vector<std::string> unreadable;
-  std::vector<std::string> files = collectFiles(scanRoots(parsed), &unreadable);
-  std::vector<FileReport> reports = identifyAll(files, TP_ATTR_ALL, jobs);
+  std::vector<std::string> files, unreadable;
+  std::vector<FileReport> reports;
+  if (!identifyRoots(parsed, files, unreadable, reports)) return usageError("", "bad --jobs value");
 
   struct Seen {
     const FileReport* file;

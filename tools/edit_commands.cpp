@@ -106,6 +106,17 @@ std::string prepareTarget(const ParsedArgs& parsed, CopiedFiles& copied, std::st
   return target;
 }
 
+// Prepares the file to edit (see prepareTarget) and opens it for writing; 0, or the exit status
+// of the failure, reported.
+int openTarget(const ParsedArgs& parsed, CopiedFiles& copied, std::string& target,
+               std::unique_ptr<TypeprintResourceFile>& rf) {
+  std::string error;
+  target = prepareTarget(parsed, copied, &error);
+  if (!error.empty()) return failure(parsed.operands[0], error);
+  rf = TypeprintResourceFile::initWithFile(target, false);
+  return rf ? 0 : failure(parsed.operands[0], "not a resource-fork font file");
+}
+
 bool hasStyle(Handle fond, uint16_t style) {
   for (const FondEntry& entry : fondEntries(HandleBytes(fond)))
     if (entry.style == style) return true;
@@ -137,11 +148,9 @@ int purgeCommand(const std::vector<std::string>& args) {
   if (!style) return usageError("purge", "bad style " + parsed.options.at("--keep-style"));
 
   CopiedFiles copied;
-  std::string error;
-  const std::string target = prepareTarget(parsed, copied, &error);
-  if (!error.empty()) return failure(parsed.operands[0], error);
-  auto rf = TypeprintResourceFile::initWithFile(target, false);
-  if (!rf) return failure(parsed.operands[0], "not a resource-fork font file");
+  std::string target;
+  std::unique_ptr<TypeprintResourceFile> rf;
+  if (int status = openTarget(parsed, copied, target, rf)) return status;
 
   size_t families = 0;
   std::set<int16_t> bitmaps, outlines;
@@ -175,11 +184,9 @@ int promoteCommand(const std::vector<std::string>& args) {
   }
 
   CopiedFiles copied;
-  std::string error;
-  const std::string target = prepareTarget(parsed, copied, &error);
-  if (!error.empty()) return failure(parsed.operands[0], error);
-  auto rf = TypeprintResourceFile::initWithFile(target, false);
-  if (!rf) return failure(parsed.operands[0], "not a resource-fork font file");
+  std::string target;
+  std::unique_ptr<TypeprintResourceFile> rf;
+  if (int status = openTarget(parsed, copied, target, rf)) return status;
 
   const std::vector<int16_t> families = rf->getSortedResIDsForType(kTypeFOND);
   if (!familyID && families.size() != 1)
