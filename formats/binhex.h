@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 #include "formats/decode_limits.h"
 #include "platform/linux/fork_locator.h"
 

@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 #include "formats/decode_limits.h"
 #include "formats/format_face.h"
 

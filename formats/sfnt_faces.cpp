@@ -20,7 +20,7 @@ bool describeFace(const SfntBytes& font, uint32_t checksum, TFormatFace& face) {
   face.kind = sfntOutlineKind(font.reader(0, 4, scratch).u32());
   if (face.kind.empty()) return false;
   UxString foundry, family, version, postScriptName, styledName, fullName, windowsFullName;
-  if (!getMetaDataFromNamesTable(font, nullptr, nullptr, 0, &foundry, &family, &version, &postScriptName, &styledName,
+  if (!getMetaDataFromNamesTable(font, &foundry, &family, &version, &postScriptName, &styledName,
                                  &fullName, &windowsFullName))
     return false;
   face.foundry = foundry;

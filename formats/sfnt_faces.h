@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 #include "formats/format_face.h"
 
 namespace typeprint::formats {

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 #include "formats/format_face.h"
 #include "platform/linux/fork_locator.h"
 

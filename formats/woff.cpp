@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "analysis/sfnt_directory.h"
-#include "foundation/be_writer.h"
+#include "base/be_writer.h"
 
 namespace typeprint::formats {
 namespace {

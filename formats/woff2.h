@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 #include "formats/decode_limits.h"
 
 namespace typeprint::formats {
