@@ -12,7 +12,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 #include "platform/linux/atomic_file.h"
 #include "platform/linux/edit_lock.h"
 #include "platform/linux/fork_locator.h"
