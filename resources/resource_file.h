@@ -12,7 +12,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 #include "platform/linux/fork_locator.h"
 #include "resources/handle.h"
 #include "resources/printer_font_folder.h"

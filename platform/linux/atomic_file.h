@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 
 namespace typeprint {
 

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 #include "platform/linux/atomic_file.h"
 #include "platform/linux/fork_locator.h"
 
