@@ -14,15 +14,16 @@ namespace typeprint::formats {
 
 // The kind the bytes show: "TrueType", "OpenType - PS", "TrueType Collection", "OpenType
 // Collection" (a collection whose first face has CFF outlines), "WOFF", "WOFF2", "PostScript"
-// (plain Type 1), "PCF", "BDF", "gzip", "BinHex"; empty for anything else.
+// (plain Type 1), "PCF", "BDF", "gzip", "BinHex"; empty for anything else. readFormatFile names
+// a gzip-compressed bitmap font by the kind inside, with "gzip" as its container.
 std::string contentKindOf(ByteSpan bytes);
 
-// The kind a file's extension promises, in the same words; empty when the extension promises
-// none of them.
+// The kind a file's extension promises, in the same words (a .gz ending is passed over); empty
+// when the extension promises none of them.
 std::string extensionKindOf(const std::string& path);
 
-// A note when the bytes show a font kind other than the one the name promises, or the name has
-// no extension at all; empty otherwise.
+// A note when the bytes show a font kind other than the one the name promises (either kind of
+// collection fits .ttc and .otc), or the name has no extension at all; empty otherwise.
 std::string kindNote(const std::string& path, const std::string& contentKind);
 
 // Reads the file at `path`: the container and content kind, the kind note, and the faces of

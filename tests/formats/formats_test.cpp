@@ -201,6 +201,7 @@ TEST(BitmapFonts, ReadAsFcScanDoes) {
   const TFormatFile gz = readOrFail(formatFont("Fixed-5x7.pcf.gz"));
   EXPECT_EQ(pcf.faces[0].contentChecksum, gz.faces[0].contentChecksum);  // the decompressed file's CRC
   EXPECT_EQ(gz.container, "gzip");
+  EXPECT_EQ(gz.contentKind, "PCF");
 }
 
 TEST(MacBitmapFamilies, GiveFamilyStyleAndPointSizes) {
@@ -271,7 +272,7 @@ TEST(ContentKind, NotesNamesThatDisagreeWithTheBytes) {
   const Bytes ttf = readBytes(formatFont("DejaVuSans-subset.ttf"));
   const struct {
     const char* path;
-    const Bytes& bytes;
+    Bytes bytes;
     const char* note;
   } rows[] = {
       {"a/NimbusSans.otf", otf, ""},
@@ -280,6 +281,9 @@ TEST(ContentKind, NotesNamesThatDisagreeWithTheBytes) {
       {"a/DejaVu.TTF", ttf, ""},
       {"a.d/DejaVu", ttf, "the file name has no extension; its bytes are TrueType"},
       {"a/DejaVu.dfont", ttf, ""},
+      {"a/DejaVu.woff2", ttf, "named .woff2 (WOFF2) but its bytes are TrueType"},
+      {"a/Nimbus.ttc", readBytes(formatFont("NimbusSans-subset.otc")), ""},
+      {"a/5x7.pcf.gz", readBytes(formatFont("Fixed-5x7.pcf")), ""},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.path);
