@@ -124,6 +124,17 @@ std::vector<TFormatFace> readResourceFaces(const std::string& path, const FileFo
   return readMacBitmapFamilies(path, forks);
 }
 
+std::optional<TFormatFile> readFormatSummary(const std::string& path) {
+  std::shared_ptr<const MappedFile> mapped = MappedFile::open(path);
+  if (!mapped) return std::nullopt;
+  TFormatFile file;
+  file.contentKind = contentKindOf(mapped->bytes());
+  file.kindNote = kindNote(path, file.contentKind);
+  if (sfntOutlineKind(BEReader(mapped->bytes()).u32())[0] || file.contentKind.find("Collection") != std::string::npos)
+    file.faces = readSfntFaces(mapped->bytes(), false);
+  return file;
+}
+
 std::optional<TFormatFile> readFormatFile(const std::string& path) {
   std::shared_ptr<const MappedFile> mapped = MappedFile::open(path);
   if (!mapped) return std::nullopt;

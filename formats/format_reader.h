@@ -31,6 +31,11 @@ std::string kindNote(const std::string& path, const std::string& contentKind);
 // (also gzip-compressed), BDF and Mac bitmap-only families. Nothing when the file cannot be read.
 std::optional<TFormatFile> readFormatFile(const std::string& path);
 
+// What a file the library has already identified adds: its content kind and kind note, and for
+// sfnt files and collections the faces' names, kinds, axes and instances (checksums left 0: the
+// library's face checksum is the content checksum of an sfnt face). Nothing when unreadable.
+std::optional<TFormatFile> readFormatSummary(const std::string& path);
+
 // The faces the wider reader finds in a resource-fork font file (a printer file's Type 1
 // program, bitmap-only families), from `path` or from forks already open.
 std::vector<TFormatFace> readResourceFaces(const std::string& path, const FileForks* forks);

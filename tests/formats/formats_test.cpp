@@ -171,6 +171,23 @@ TEST(Type1, SameProgramGivesTheSameFaceInEveryContainer) {
   }
 }
 
+TEST(Type1, CompanionFillsWhatTheHeaderLacks) {
+  // The PFA with its name keys renamed, beside each companion in turn (FontForge's AFM and PFM).
+  std::string pfa = test::readFile(formatFont("NimbusSans-Regular.pfa"));
+  for (const char* key : {"/FontName", "/FamilyName", "/FullName"}) pfa.replace(pfa.find(key), 3, "/Xx");
+  for (const char* companion : {"NimbusSans-Regular.afm", "NimbusSans-Regular.pfm"}) {
+    SCOPED_TRACE(companion);
+    test::ScratchDir dir;
+    test::writeFile(dir.file("font.pfa"), pfa);
+    const std::string extension = std::string(companion).substr(std::string(companion).size() - 4);
+    test::writeFile(dir.file("font" + extension), test::readFile(formatFont(companion)));
+    const TFormatFile file = readOrFail(dir.file("font.pfa"));
+    ASSERT_EQ(file.faces.size(), 1u);
+    EXPECT_EQ(file.faces[0].postScriptName, "NimbusSans-Regular");
+    EXPECT_EQ(file.faces[0].family, "Nimbus Sans");
+  }
+}
+
 TEST(Type1, DebianTextAndBinaryFormsOfOneFontAgree) {
   // fonts-urw-base35 ships each font as a .t1 (binary eexec) and a .pfb encrypted afresh.
   const std::string t1 = "/usr/share/fonts/type1/urw-base35/C059-Italic.t1";
