@@ -29,12 +29,12 @@ T* wanted(uint32_t mask, uint32_t bit, T& field) {
 }
 
 // Each face of a collection is read where it lies in the collection: its rebuilt directory is
-// made in memory and its tables are not copied. Nothing is written to disk.
+// made in memory and its tables are not copied. Nothing is written to disk. A face listed twice
+// is read once: its second record would be removed as a duplicate of the first anyway.
 bool walkCollection(const char* path, uint32_t mask, TP_FontArray& array) {
   TrueTypeCollectionFont collection{std::string(path)};
   bool found = false;
-  const unsigned int faces = collection.faceCountInFile();
-  for (unsigned int i = 0; i < faces; ++i) {
+  for (unsigned int i : collection.facesAtDistinctOffsets()) {
     TTCFace face;
     if (collection.GetFaceLayout(i, face) != 0) continue;
     TP_FontSpecifier record;
