@@ -11,7 +11,7 @@ cd "$(dirname "$0")/.."
 # Floors, low to high. Folders sharing a number are rooms on one floor and do not include each other.
 declare -A FLOOR=(
   [base]=1 [platform/linux]=2 [foundation]=3 [tables]=4 [style]=4 [analysis]=5 [resources]=6
-  [faces]=7 [api]=8 [formats]=9 [rescue]=10 [tools]=11
+  [faces]=7 [api]=8 [formats]=9 [rescue]=10 [compare]=10 [tools]=11
 )
 # Folders outside the library: they may include anything.
 OUTSIDE="tests fuzz bench build cmake data debian scripts"
