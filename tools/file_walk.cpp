@@ -59,11 +59,7 @@ bool looksLikeIdentifiableFont(const std::string& path) {
   if (!forks) return true;  // unreadable
   // A resource file is a font of its own when it holds families or outlines; a printer file
   // (POST resources only) is read through the suitcase that names it.
-  if (void* rf = AllocateResourceFileFromForks(path.c_str(), *forks, true)) {
-    const bool suitcase = FileHasFONDsInResourceFork(rf) || countResType(rf, kTypeSfnt) > 0;
-    FreeResourceFile(rf);
-    return suitcase;
-  }
+  if (auto rf = ResourceFile::open(path, *forks, true)) return rf->hasFamilies() || rf->count(kTypeSfnt) > 0;
   BEReader r(forks->dataFork);
   const uint32_t magic = r.u32();
   return magic == 0x00010000 || magic == tag("OTTO") || magic == tag("true") || magic == tag("ttcf");

@@ -4,7 +4,6 @@
 
 #include "builders/fond_builder.h"
 #include "resources/fond.h"
-#include "resources/handle.h"
 
 namespace typeprint {
 namespace {
@@ -15,10 +14,8 @@ using test::FondBuilder;
 std::string pascalText(const unsigned char* p) { return std::string(reinterpret_cast<const char*>(p + 1), p[0]); }
 
 std::string psName(const Bytes& fond, uint16_t style, size_t capacity = kStr255Capacity) {
-  Handle h = NewHandleFromBytes(fond);
   unsigned char out[kStr255Capacity] = {};
-  GetPrinterFontNameFromResource(h, style, out, capacity);
-  DisposeHandle(h);
+  GetPrinterFontNameFromResource(fond, style, out, capacity);
   return pascalText(out);
 }
 
