@@ -84,7 +84,8 @@ TEST(Fond, PostScriptNamesOfDamagedStyleTables) {
   for (const auto& row : rows) EXPECT_EQ(psName(row.bytes, row.style), row.name) << row.what;
   EXPECT_EQ(psName(fond, 2, 8), "Base-Bo");  // cut to the room given
   unsigned char dst[kStr255Capacity];
-  GetIndStyleName(Bytes{2, 'a', 'b', 5, 'c', 'u'}, 2, dst, sizeof dst);  // claims 5 bytes, 2 are there
+  const Bytes strings{2, 'a', 'b', 5, 'c', 'u'};
+  GetIndStyleName(strings, 2, dst, sizeof dst);  // claims 5 bytes, 2 are there
   EXPECT_EQ(pascalText(dst), "cu");
 }
 
