@@ -182,6 +182,7 @@ int TrueTypeCollectionFont::GetFaceLayout(unsigned int face, TTCFace& out) {
   out.header_ = header.take();
   out.source_ = data_;
   out.size_ = size_t(newSize);
+  out.directory_ = SfntDirectory(SfntBytes(static_cast<const SfntAssembly&>(out)));
   return kTTCSuccess;
 }
 

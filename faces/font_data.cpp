@@ -137,6 +137,7 @@ void initializeAndConstructFontInfo(TFontData& fd, ResourceFile* resourceFile, c
   fd.extensionType = kExtUnknown;
   fd.fontKind = kFontKindUnknown;
   fd.data = {};
+  fd.directory = SfntDirectory();
   fd.isResourceFont = 0;
   std::strncpy(fd.path, path.c_str(), kFontDataPathCapacity - 1);
   fd.path[kFontDataPathCapacity - 1] = '\0';
@@ -157,6 +158,7 @@ void freeFontInfo(TFontData& fd) {
   fd.fontKind = kFontKindUnknown;
   fd.forks.reset();
   fd.data = {};
+  fd.directory = SfntDirectory();
   fd.resourceFile = nullptr;
 }
 
@@ -205,6 +207,7 @@ void loadTTFontData(TFontData& fd, Resource fond, short style) {
   }
   // The whole data fork, where it lies; a size that does not fit in 32 bits counts as none.
   if (!fd.data.data && fd.forks && fd.forks->dataFork.size < 0xFFFFFFFFu) fd.data = fd.forks->dataFork;
+  fd.directory = SfntDirectory(SfntBytes(fd.data));
   promoteToOpenType(fd);
 }
 

@@ -1,5 +1,6 @@
 #include "resources/resource_file.h"
 
+#include <cerrno>
 #include <set>
 
 #include "foundation/file_location.h"
@@ -16,16 +17,34 @@ constexpr uint32_t kTyp1 = tag("typ1");
 ResourceFile::ResourceFile(const std::string& path, bool readOnly, const FileForks& forks)
     : path_(path), readOnly_(readOnly), forks_(forks) {}
 
-std::unique_ptr<ResourceFile> ResourceFile::open(const std::string& path, bool readOnly) {
+std::unique_ptr<ResourceFile> ResourceFile::open(const std::string& path, bool readOnly,
+                                                 ResourceOpenFailure* failure) {
+  ResourceOpenFailure ignored;
+  ResourceOpenFailure& why = failure ? *failure : ignored;
+  // The lock comes first, so that what is read is what the edit's write replaces.
+  std::optional<EditLock> lock;
+  if (!readOnly) {
+    LockOutcome outcome;
+    lock = EditLock::acquire(path, &outcome);
+    if (!lock) {
+      why = outcome == LockOutcome::HeldElsewhere ? ResourceOpenFailure::BeingEdited : ResourceOpenFailure::Unreadable;
+      return nullptr;
+    }
+  }
   std::optional<FileForks> forks = openForks(path);
-  if (!forks) return nullptr;
-  return open(path, *forks, readOnly);
+  if (!forks) {
+    why = ResourceOpenFailure::Unreadable;
+    return nullptr;
+  }
+  auto rf = open(path, *forks, readOnly);
+  why = rf ? ResourceOpenFailure::None : ResourceOpenFailure::NoResourceMap;
+  if (rf) rf->editLock_ = std::move(lock);
+  return rf;
 }
 
 // The resource fork's map first; when there is none (no fork, or no usable map in it), the
 // data fork read as a map, as a `.dfont` is. isDataFork is set whenever the data fork was tried.
-std::unique_ptr<ResourceFile> ResourceFile::open(const std::string& path, const FileForks& forks,
-                                                      bool readOnly) {
+std::unique_ptr<ResourceFile> ResourceFile::open(const std::string& path, const FileForks& forks, bool readOnly) {
   std::unique_ptr<ResourceFile> rf(new ResourceFile(path, readOnly, forks));
   rf->map_ = ResourceMap::read(rf->forks_.resourceFork);
   if (!rf->map_) {
@@ -37,7 +56,8 @@ std::unique_ptr<ResourceFile> ResourceFile::open(const std::string& path, const 
 }
 
 ResourceFile::~ResourceFile() {
-  if (!readOnly_) update();
+  // A file whose map could not be read has nothing to write.
+  if (!readOnly_ && map_ && !editAbandoned_) update();
 }
 
 std::vector<int16_t> ResourceFile::sortedIDs(uint32_t type) const {
@@ -63,9 +83,15 @@ bool ResourceFile::update() {
   if (!map_->changed()) return true;
   if (readOnly_) return false;
   auto fork = map_->write();
-  if (!fork || !writeForkBack(forks_, isDataFork_ ? ForkKind::Data : ForkKind::Resource, *fork)) return false;
+  lastWrite_ = fork ? writeForkBack(forks_, isDataFork_ ? ForkKind::Data : ForkKind::Resource, *fork)
+                    : WriteResult{WriteStep::Open, EFBIG};
+  // Only a failure of the folder flush comes after the new file is in place.
+  if (!lastWrite_ && lastWrite_.failedAt != WriteStep::SyncFolder) {
+    editAbandoned_ = true;
+    return false;
+  }
   map_->clearChanged();
-  return true;
+  return bool(lastWrite_);
 }
 
 }  // namespace typeprint

@@ -11,6 +11,8 @@
 #include <vector>
 
 #include "base/be_reader.h"
+#include "platform/linux/atomic_file.h"
+#include "platform/linux/edit_lock.h"
 #include "platform/linux/fork_locator.h"
 #include "resources/printer_font_folder.h"
 #include "resources/resource_map.h"
@@ -26,14 +28,20 @@ constexpr uint32_t kTypeSfnt = tag("sfnt");
 // A resource of an open file: valid while the file is open and the resource not removed.
 using Resource = const ResourceEntry*;
 
+// Why a file could not be opened as a resource file.
+enum class ResourceOpenFailure { None, Unreadable, NoResourceMap, BeingEdited };
+
 class ResourceFile final {
  public:
   // Opens the resource map of `path`: the resource fork, or else the data fork. Null when
-  // neither holds a usable map.
-  static std::unique_ptr<ResourceFile> open(const std::string& path, bool readOnly);
+  // neither holds a usable map. A file opened for writing is locked against other edits (see
+  // EditLock) until the object is destroyed, and a file already locked is refused.
+  static std::unique_ptr<ResourceFile> open(const std::string& path, bool readOnly,
+                                            ResourceOpenFailure* failure = nullptr);
   // The same over forks the caller has already opened, so a file is mapped only once.
   static std::unique_ptr<ResourceFile> open(const std::string& path, const FileForks& forks, bool readOnly);
-  // Writes changes back when the file was opened for writing.
+  // Writes changes back when the file was opened for writing and no write of them has failed yet
+  // (a failed write abandons the edit: it is never applied later).
   ~ResourceFile();
   ResourceFile(const ResourceFile&) = delete;
   ResourceFile& operator=(const ResourceFile&) = delete;
@@ -82,8 +90,9 @@ class ResourceFile final {
 
   // Writes a changed map back into the container it came from. True when nothing needed
   // writing or the write succeeded; false for a read-only file or a failed write, which leaves
-  // the file on disk as it was.
+  // the file on disk as it was; lastWrite() then says why.
   bool update();
+  const WriteResult& lastWrite() const { return lastWrite_; }
 
  private:
   ResourceFile(const std::string& path, bool readOnly, const FileForks& forks);
@@ -93,6 +102,9 @@ class ResourceFile final {
   bool isDataFork_ = false;
   std::optional<std::vector<FolderPrinterFont>> folderPrinterFonts_;
   std::map<std::string, std::string> printerFileCache_;
+  std::optional<EditLock> editLock_;
+  bool editAbandoned_ = false;
+  WriteResult lastWrite_;
   FileForks forks_;
   std::optional<ResourceMap> map_;
 };
