@@ -101,7 +101,7 @@ std::vector<std::string> fontconfigFolders() {
   std::vector<std::string> folders;
   FcConfig* config = FcInitLoadConfig();
   if (!config) return folders;
-  if (FcStrList* list = FcConfigGetConfigDirs(config)) {
+  if (FcStrList* list = FcConfigGetFontDirs(config)) {
     while (FcChar8* folder = FcStrListNext(list)) folders.emplace_back(reinterpret_cast<const char*>(folder));
     FcStrListDone(list);
   }

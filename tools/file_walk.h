@@ -22,7 +22,7 @@ struct WalkResult {
 // with `followLinks`, and then each folder is entered once, so link loops end.
 WalkResult collectFiles(const std::vector<std::string>& roots, bool followLinks);
 
-// The folders fontconfig is configured with, or when it has none, the XDG font folders
+// The folders fontconfig is configured with (its <dir> elements, read without scanning any font), or when it has none, the XDG font folders
 // ($XDG_DATA_HOME/fonts and fonts/ under each of $XDG_DATA_DIRS): those that exist, none inside
 // another.
 std::vector<std::string> defaultFontFolders();

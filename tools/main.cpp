@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "tools/commands/command_list.h"
-#include "tools/file_checks.h"
 #include "typeprint_version.h"
 
 namespace typeprint::cli {
@@ -18,23 +17,26 @@ constexpr const char* kVersion =
     TYPEPRINT_VERSION_TEXT(TYPEPRINT_VERSION_MAJOR, TYPEPRINT_VERSION_MINOR, TYPEPRINT_VERSION_PATCH);
 
 constexpr const char* kDescription =
-    "typeprint identifies font files: every face of TrueType, OpenType, collections, PostScript Type 1\n"
-    "and classic Mac font files, with names, version, foundry and checksums.";
+    "typeprint identifies font files: every face of TrueType, OpenType, collections,\n"
+    "PostScript Type 1 and classic Mac font files, with its names, version, foundry\n"
+    "and checksums.";
 
 constexpr const char* kFooter =
-    "With no COMMAND, typeprint scans the font folders; \"typeprint FILE...\" identifies the files.\n"
-    "\"typeprint COMMAND --help\" describes a command.\n"
+    "With no COMMAND, typeprint scans the font folders; \"typeprint FILE...\"\n"
+    "identifies the files. \"typeprint COMMAND --help\" describes a command.\n"
     "\n"
-    "Exit status: 0 when all went well, 1 when some file failed, 2 for a usage error.";
+    "Exit status: 0 when all went well, 1 when some file failed, 2 for a usage\n"
+    "error.";
 
-// "typeprint" alone scans, and "typeprint FILE..." identifies: both are told apart from a
-// command name before parsing.
+// "typeprint" alone scans, and "typeprint FILE..." identifies: a first argument that is neither
+// a command nor an option is a file. A mistyped command so reads as a missing file, which
+// identify reports with its name.
 std::vector<std::string> withImpliedCommand(int argc, char** argv, const CLI::App& app) {
   std::vector<std::string> args(argv + 1, argv + argc);
   if (args.empty()) return {"scan"};
   const std::string& first = args[0];
   const bool isCommand = !app.get_subcommands([&](const CLI::App* sub) { return sub->get_name() == first; }).empty();
-  if (!isCommand && first[0] != '-' && entryType(first, true) != EntryType::Missing) args.insert(args.begin(), "identify");
+  if (!isCommand && !first.empty() && first[0] != '-') args.insert(args.begin(), "identify");
   return args;
 }
 
@@ -59,6 +61,7 @@ int main(int argc, char** argv) {
   CLI::App app(kDescription, "typeprint");
   app.set_version_flag("--version", std::string("typeprint ") + kVersion, "print the version and exit");
   app.set_help_flag("-h,--help", "print this help and exit");
+  app.get_formatter()->column_width(16);
   app.require_subcommand(1);
   std::vector<Command> commands;
   for (AddCommand add : kCommands) commands.push_back(add(app));

@@ -37,8 +37,10 @@ const char* collectionError(int status) {
 // are kept, anything else becomes '_'; no leading dot; "face-N" when there is no name.
 std::string fileStem(const std::vector<uint8_t>& face, unsigned index) {
   char name[256] = "";
-  TP_GetPostScriptNameFromNamesTable(reinterpret_cast<const char*>(face.data()), uint32_t(face.size()), nullptr,
-                                     nullptr, 0, name, sizeof name);
+  // The getter wants a resource file and a style handle, which it does not read for sfnt data.
+  char* noStyle = nullptr;
+  TP_GetPostScriptNameFromNamesTable(reinterpret_cast<const char*>(face.data()), uint32_t(face.size()), &noStyle,
+                                     &noStyle, 0, name, sizeof name);
   std::string stem;
   for (const char* p = name; *p; ++p) {
     const char c = *p;
