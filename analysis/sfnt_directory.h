@@ -9,7 +9,7 @@
 #include <optional>
 #include <vector>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 #include "foundation/ux_string.h"
 
 namespace typeprint {

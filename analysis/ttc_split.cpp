@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "analysis/checksums.h"
-#include "foundation/be_writer.h"
+#include "base/be_writer.h"
 #include "platform/linux/atomic_file.h"
 #include "platform/linux/file_system.h"
 

@@ -32,7 +32,11 @@ struct EditArgs {
 };
 
 void addEditOperands(CLI::App& app, EditArgs& args) {
-  CLI::Option* inPlace = app.add_flag("--in-place", args.inPlace, "edit FILE itself");
+  CLI::Option* inPlace = app.add_flag(
+      "--in-place", args.inPlace,
+      "write a new file over FILE (and its fork companion) keeping mode, owner and group; a symbolic "
+      "link keeps pointing at the edited file; other hard links keep the old contents; a file another "
+      "edit holds is refused");
   app.add_option("FILE", args.file, "a resource-fork font file (suitcase, .dfont)")->required();
   app.add_option("OUT", args.out, "the edited copy (default FILE.edited)")->excludes(inPlace);
 }
@@ -112,8 +116,12 @@ int openTarget(const EditArgs& args, CopiedFiles& copied, std::string& target,
   std::string error;
   target = prepareTarget(args, copied, &error);
   if (!error.empty()) return failure(args.file, error);
-  rf = TypeprintResourceFile::initWithFile(target, false);
-  return rf ? 0 : failure(args.file, "not a resource-fork font file");
+  ResourceOpenFailure why = ResourceOpenFailure::None;
+  rf = TypeprintResourceFile::initWithFile(target, false, &why);
+  if (rf) return 0;
+  return failure(args.file, why == ResourceOpenFailure::BeingEdited ? "another process is editing it"
+                            : why == ResourceOpenFailure::Unreadable ? "cannot read the file"
+                                                                      : "not a resource-fork font file");
 }
 
 bool hasStyle(Handle fond, uint16_t style) {
@@ -124,7 +132,7 @@ bool hasStyle(Handle fond, uint16_t style) {
 
 // Writes the edits; on success the copy is kept and the result reported.
 int finish(TypeprintResourceFile& rf, const std::string& target, CopiedFiles& copied, const std::string& report) {
-  if (!rf.updateResFile()) return failure(target, "cannot write the edited file");
+  if (!rf.updateResFile()) return failure(target, rf.lastWrite().reason());
   copied.keep();
   std::printf("%s: %s\n", target.c_str(), report.c_str());
   return 0;

@@ -1,4 +1,4 @@
-#include "analysis/font_data.h"
+#include "faces/font_data.h"
 
 #include <cctype>
 #include <cstring>
@@ -9,6 +9,7 @@
 #include "analysis/type1_header.h"
 #include "resources/families.h"
 #include "resources/resource_file.h"
+#include "resources/resource_metadata.h"
 
 namespace typeprint {
 namespace {
@@ -95,6 +96,16 @@ void trimTrailingSpaces(UxString& text) {
 }
 
 }  // namespace
+
+long CollectPSMetaData(void* resourceFile, const UxString& path, Handle styleHandle, short styleIndex,
+                       UxString* printerFilePath, UxString* kind, UxString* foundry, UxString* family,
+                       UxString* version, UxString* postScriptName, UxString* styledName, UxString* fullName) {
+  long status = CollectPSMetaDataMac(resourceFile, path, styleHandle, styleIndex, printerFilePath, kind, foundry,
+                                     family, version, postScriptName, styledName, fullName);
+  if (status == 0) return 0;
+  return CollectPSMetaDataFromFile(path, printerFilePath, kind, foundry, family, version, postScriptName,
+                                   styledName, fullName);
+}
 
 const char* fontKindString(uint16_t kind) {
   static const char* const kStrings[] = {"TrueType",   "OpenType - TT",   "OpenType - PS",      "PostScript",
@@ -214,7 +225,7 @@ long CollectMetaData(void* resourceFile, const UxString& path, Handle styleHandl
       status = 3;
     } else {
       if (fd.fontKind == kFontKindOpenTypeTT) kind = fontKindString(kFontKindOpenTypeTT);
-      bool gotNames = getMetaDataFromNamesTable(fd.font(), fd.resourceFile, styleHandle, styleIndex, foundry, family,
+      bool gotNames = getMetaDataFromNamesTable(fd.font(), foundry, family,
                                                 version, postScriptName, styledName, fullName, windowsFullName);
       status = gotNames ? 0 : 3;
       if (platform && !fd.isResourceFont && gotNames && !GetPlatformTTF(fd.font(), platform)) status = -1;

@@ -77,6 +77,12 @@ void getMetaData_FontType(TFontData& fd, Handle styleHandle, int styleIndex, UxS
 int loadFontDataIntoMemory(TFontData& fd, Handle styleHandle, short styleIndex);
 int loadTTFontData(TFontData& fd, Handle styleHandle, short styleIndex);
 
+// The names of a PostScript face: from its printer file's POST resources, else from the printer
+// file's data fork. 0 success, 6 printer file not found or unopenable, -1 no printer file.
+long CollectPSMetaData(void* resourceFile, const UxString& path, Handle styleHandle, short styleIndex,
+                       UxString* printerFilePath, UxString* kind, UxString* foundry, UxString* family,
+                       UxString* version, UxString* postScriptName, UxString* styledName, UxString* fullName);
+
 // The whole analysis of one font (a file, or one face of a resource-fork font file). Any output
 // may be null. 0 success; 3 no data or no usable name; -1 platform undecided; otherwise the
 // PostScript collection's 0 or 6. `openedForks` lets a caller that has mapped the file share it.
