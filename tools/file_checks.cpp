@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 #include "platform/linux/fork_locator.h"
 #include "resources/resource_file.h"
 

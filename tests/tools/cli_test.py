@@ -224,6 +224,15 @@ class Command(unittest.TestCase):
                 self.assertTrue(done.stderr.startswith("typeprint: data files not found"), done.stderr)
                 self.assertIn(os.path.join(self.work, "bare"), done.stderr)
 
+    @unittest.skipUnless(shutil.which("fc-list"), "needs fontconfig's fc-list")
+    def test_installed_families_are_classified(self):
+        listed = subprocess.run(["fc-list", ":", "family"], capture_output=True, text=True).stdout
+        families = sorted({name.strip() for line in listed.splitlines() for name in line.split(",") if name.strip()})
+        classes = {"Serif", "Sans Serif", "Slab Serif", "Script", "Handwriting", "Display", "Monospace",
+                   "Blackletter", "Symbol"}
+        unclassified = [f for f in families if run("classify", f)[1].decode().strip() not in classes]
+        self.assertLessEqual(len(unclassified), len(families) // 100, unclassified)
+
     def test_default_folders_come_from_fontconfig(self):
         conf = os.path.join(self.work, "fonts.conf")
         write(conf, f"<?xml version='1.0'?><fontconfig><dir>{self.outside}</dir></fontconfig>")
