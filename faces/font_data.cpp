@@ -119,6 +119,7 @@ void initializeAndConstructFontInfo(TFontData& fd, void* resourceFile, const UxS
   fd.extensionType = kExtUnknown;
   fd.fontKind = kFontKindUnknown;
   fd.data = {};
+  fd.directory = SfntDirectory();
   fd.isResourceFont = 0;
   fd.sfntHandle = nullptr;
   std::strncpy(fd.path, path.c_str(), kFontDataPathCapacity - 1);
@@ -142,6 +143,7 @@ void freeFontInfo(TFontData& fd) {
   if (fd.sfntHandle) ReleaseResource(fd.sfntHandle);
   fd.sfntHandle = nullptr;
   fd.data = {};
+  fd.directory = SfntDirectory();
   fd.resourceFile = nullptr;
 }
 
@@ -196,6 +198,7 @@ int loadTTFontData(TFontData& fd, Handle styleHandle, short styleIndex) {
   }
   // The whole data fork, where it lies; a size that does not fit in 32 bits counts as none.
   if (!fd.data.data && fd.forks && fd.forks->dataFork.size < 0xFFFFFFFFu) fd.data = fd.forks->dataFork;
+  fd.directory = SfntDirectory(SfntBytes(fd.data));
   promoteToOpenType(fd);
   return 0;
 }

@@ -45,11 +45,12 @@ struct TFontData {
   uint16_t extensionType = kExtUnknown;
   uint16_t fontKind = kFontKindUnknown;
   ByteSpan data;
+  SfntDirectory directory;        // the table directory of `data`, read once when data is loaded
   int isResourceFont = 0;         // the font lives in the file's resource fork (FOND or POST resources)
   Handle sfntHandle = nullptr;    // the `sfnt` resource data points at, given back by freeFontInfo
   void* resourceFile = nullptr;   // the caller's open resource file; not owned
 
-  SfntBytes font() const { return SfntBytes(data); }
+  SfntBytes font() const { return SfntBytes(data).withDirectory(directory); }
 };
 
 // Resets every field and opens the font: a resource font when resourceFile holds FOND or POST

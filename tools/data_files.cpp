@@ -1,7 +1,5 @@
 #include "tools/data_files.h"
 
-#include <sys/stat.h>
-
 #include <cstdio>
 #include <string>
 
@@ -10,16 +8,12 @@
 namespace typeprint::cli {
 
 bool dataFilesFound() {
-  const std::string folder = libraryDataDirectory();
-  struct stat st;
-  for (const char* name : {"FoundryNameTable.plist", "DefaultClassifications.plist", "KeywordTable.plist"}) {
-    if (folder.empty() || ::stat((folder + name).c_str(), &st) != 0) {
-      std::fprintf(stderr, "typeprint: data files not found; looked in %s\n",
-                   folder.empty() ? "(the library's own folder is unknown)" : folder.c_str());
-      return false;
-    }
-  }
-  return true;
+  const DataSearch search = searchDataFolders();
+  if (search.found()) return true;
+  std::string places;
+  for (const std::string& place : search.placesLooked) places += (places.empty() ? "" : ", ") + place;
+  std::fprintf(stderr, "typeprint: data files not found; looked in %s\n", places.empty() ? "no place" : places.c_str());
+  return false;
 }
 
 }  // namespace typeprint::cli

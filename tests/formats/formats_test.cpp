@@ -5,6 +5,7 @@
 
 #include "analysis/checksums.h"
 #include "builders/byte_edits.h"
+#include "formats/archive_specifier.h"
 #include "formats/binhex.h"
 #include "formats/bitmap_font.h"
 #include "formats/format_reader.h"
@@ -12,6 +13,7 @@
 #include "formats/woff.h"
 #include "formats/woff2.h"
 #include "support/test_paths.h"
+#include "typeprint.h"
 
 namespace typeprint::formats {
 namespace {
@@ -239,6 +241,29 @@ TEST(BinHex, DecodesForksAndRefusesDamage) {
     SCOPED_TRACE(row.what);
     EXPECT_EQ(decodeBinHex(row.bytes, mac), row.expected);
   }
+}
+
+TEST(BinHex, ArchivedFileGivesTheLibrarysOwnRecords) {
+  TP_FontArray* direct = nullptr;
+  ASSERT_EQ(TP_CreateSpecifier(test::fontPath("mac/a-dfont/NimbusSans-CFF.dfont").c_str(), 0, TP_ATTR_ALL, &direct),
+            TP_STATUS_OK);
+  std::unique_ptr<TP_FontArray> archived =
+      createSpecifiersFromBinHex(formatFont("NimbusSans-CFF.dfont.hqx"), TP_ATTR_ALL);
+  ASSERT_TRUE(archived);
+  uint32_t directCount = 0, archivedCount = 0;
+  TP_GetFontCount(direct, &directCount);
+  TP_GetFontCount(archived.get(), &archivedCount);
+  ASSERT_EQ(archivedCount, 2u);
+  ASSERT_EQ(archivedCount, directCount);
+  for (uint32_t i = 0; i < directCount; ++i) {
+    char a[256] = {}, b[256] = {};
+    TP_GetPostScriptName(direct, i, a, sizeof a);
+    TP_GetPostScriptName(archived.get(), i, b, sizeof b);
+    EXPECT_STREQ(a, b);
+    EXPECT_STRNE(a, "");
+  }
+  TP_SpecifierFree(direct);
+  EXPECT_FALSE(createSpecifiersFromBinHex(formatFont("NimbusSans-Regular.pfb"), TP_ATTR_ALL));
 }
 
 TEST(ContentKind, NotesNamesThatDisagreeWithTheBytes) {

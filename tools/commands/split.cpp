@@ -94,9 +94,8 @@ int runSplit(const SplitArgs& args) {
       exit = kExitSomeFileFailed;
       continue;
     }
-    errno = 0;
-    if (!replaceFileAtomically(path, ByteSpan(face))) {
-      reportProblem(path, errno ? std::strerror(errno) : "cannot write it");
+    if (const WriteResult written = replaceFileAtomically(path, ByteSpan(face)); !written) {
+      reportProblem(path, written.reason());
       exit = kExitSomeFileFailed;
       continue;
     }

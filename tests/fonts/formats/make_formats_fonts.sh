@@ -30,6 +30,8 @@ open("NimbusSans-Regular.t1", "wb").write(b"".join(parts))
 PY
 t1mac -o NimbuSanReg.bin NimbusSans-Regular.pfb
 binhex NimbuSanReg.bin > NimbuSanReg.hqx
+# A data-fork suitcase from the Mac fixtures, archived as a data file with its Finder codes.
+(cd "$here/../mac/a-dfont" && binhex -d -t dfon -c DMOV NimbusSans-CFF.dfont) > NimbusSans-CFF.dfont.hqx
 # The PCF as xfonts-base ships it, and decompressed.
 cp /usr/share/fonts/X11/misc/5x7-ISO8859-1.pcf.gz Fixed-5x7.pcf.gz
 gzip -d -c Fixed-5x7.pcf.gz > Fixed-5x7.pcf
