@@ -1,9 +1,13 @@
 // Hostile documents and files given to the imports and to identification: each is refused or
 // read with bounded work, never a crash, a hang or an allocation out of proportion to its size.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
 
 #include <string>
 
+#include "support/test_paths.h"
 #include "typeprint.h"
 
 namespace {
@@ -80,6 +84,34 @@ TEST(HostileImports, XMLImportWorkStaysBounded) {
     EXPECT_EQ(importXML(row.text, &faces), row.status);
     EXPECT_EQ(faces, row.faces);
   }
+}
+
+// The XML form of everything identified in `path`; empty when nothing was.
+std::string identify(const std::string& path) {
+  TP_FontArray* array = nullptr;
+  if (TP_CreateSpecifier(path.c_str(), 0, TP_ATTR_ALL, &array) != TP_STATUS_OK) return {};
+  uint32_t size = 0;
+  char probe[1];
+  TP_GetXMLRepresentation(array, probe, &size);
+  std::string xml(size, '\0');
+  TP_GetXMLRepresentation(array, xml.data(), &size);
+  TP_SpecifierFree(array);
+  return xml;
+}
+
+// A suitcase whose printer file (found by the 5-3-3 rule) is a FIFO reads as one whose printer
+// file is missing, without blocking.
+TEST(HostileImports, APrinterFileThatIsAFIFOReadsAsMissing) {
+  namespace fs = std::filesystem;
+  typeprint::test::ScratchDir dir;
+  const fs::path fixtures = typeprint::test::fontPath("mac/c-type1-family/macbinary");
+  for (const char* name : {"NimbusSans", "NimbuSanReg", "NimbuSanBol"}) fs::copy_file(fixtures / name, dir.file(name));
+  const std::string suitcase = dir.file("NimbusSans"), withPrinterFile = identify(suitcase);
+  fs::remove(dir.file("NimbuSanReg"));
+  const std::string missing = identify(suitcase);
+  ASSERT_EQ(mkfifo(dir.file("NimbuSanReg").c_str(), 0644), 0);
+  EXPECT_NE(missing, withPrinterFile) << "the printer file shows in the result";
+  EXPECT_EQ(identify(suitcase), missing);
 }
 
 }  // namespace

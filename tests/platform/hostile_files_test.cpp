@@ -13,6 +13,8 @@
 #include <filesystem>
 
 #include "builders/byte_edits.h"
+#include "foundation/plist_helpers.h"
+#include "foundation/streams.h"
 #include "platform/linux/atomic_file.h"
 #include "platform/linux/fork_locator.h"
 #include "platform/linux/mapped_file.h"
@@ -64,7 +66,13 @@ TEST(HostileFiles, SpecialFilesAreRefusedWithoutBlocking) {
     row.make(dir.file(row.special));
     std::optional<FileForks> forks = openForks(dir.file("font"));
     ASSERT_EQ(forks.has_value(), !row.fileItself);
-    if (!forks) continue;
+    if (!forks) {
+      void* data = nullptr;
+      unsigned long length = 0;
+      EXPECT_NE(UxStreams::ReadWholeFile(dir.file("font"), &data, &length), 0);
+      EXPECT_FALSE(QCFUtils::QCFCreateCFDataRefFromPath(dir.file("font")));
+      continue;
+    }
     EXPECT_EQ(std::string(forks->dataFork.begin(), forks->dataFork.end()), "data fork");
     EXPECT_EQ(forks->type, 0u);
   }
