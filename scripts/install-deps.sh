@@ -4,7 +4,8 @@ set -euo pipefail
 packages=(cmake g++ make pkg-config zlib1g-dev libplist-dev libicu-dev libdeflate-dev
           libgtest-dev libgmock-dev libbenchmark-dev binutils
           libwoff-dev libbrotli-dev
-          libfontconfig-dev fontconfig python3-fonttools python3-brotli  # duplicates: fontconfig's choice; its tree test
+          libcli11-dev nlohmann-json3-dev libfontconfig-dev python3-jsonschema  # the typeprint command and its tests
+          fontconfig t1utils python3-fonttools python3-brotli  # the duplicates tree test
           clang libclang-rt-14-dev
           fonts-dejavu-core fonts-urw-base35)  # real fonts the analysis tests read (skipped when absent)
 missing=()
