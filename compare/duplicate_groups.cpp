@@ -48,7 +48,9 @@ std::string hex8(uint32_t value) {
   return text;
 }
 
-bool isSfntKind(const std::string& kind) { return kind == "TrueType" || kind == "OpenType - PS"; }
+bool isSfntKind(const std::string& kind) {
+  return kind == "TrueType" || kind == "OpenType - TT" || kind == "OpenType - PS" || kind == "TrueType Collection";
+}
 
 // How complete a form is: a plain OpenType or TrueType file, then a collection face, then web
 // packaging, then a Type 1 program, then anything else (bitmap fonts).
@@ -61,8 +63,10 @@ int formRank(const TFontCopy& copy) {
 }
 
 std::string formName(const TFontCopy& copy) {
-  return copy.container.empty() || copy.container == "collection" ? copy.kind + (copy.container.empty() ? "" : " collection")
-                                                                  : copy.kind + " in " + copy.container;
+  if (copy.container.empty()) return copy.kind;
+  if (copy.container == "collection")
+    return copy.kind.find("Collection") != std::string::npos ? copy.kind : copy.kind + " in a collection";
+  return copy.kind + " in " + copy.container;
 }
 
 // One member of a group: a copy, and whether it joined as the variable font of a named instance.
@@ -232,12 +236,13 @@ class GroupJudge {
       e.differing = {"version"};
       return;
     }
-    const bool layoutOnly = isSfntKind(c.kind) && c.kind == ref.kind && formRank(c) >= 3 && formRank(ref) >= 3;
-    std::optional<uint32_t> digest;
-    if (layoutOnly && (digest = content_.tableDigest(c.path, c.face)) && digest == content_.tableDigest(ref.path, ref.face)) {
+    const bool layoutOnly = isSfntKind(c.kind) && isSfntKind(ref.kind) && formRank(c) >= 3 && formRank(ref) >= 3;
+    const FileContent::TableSums* tables = layoutOnly ? tableSums(c) : nullptr;
+    const FileContent::TableSums* refTables = layoutOnly ? tableSums(ref) : nullptr;
+    if (tables && refTables && tables->digest == refTables->digest) {
       v.verdict = Verdict::SameFace;
-      e.text = "same tables (digest " + hex8(*digest) + "), " + formName(c) + " face " + std::to_string(c.face);
-      e.facts = {{"tableDigest", hex8(*digest)}, {"form", formName(c)}};
+      e.text = "same tables (digest " + hex8(tables->digest) + "), " + formName(c) + " face " + std::to_string(c.face);
+      e.facts = {{"tableDigest", hex8(tables->digest)}, {"form", formName(c)}};
       return;
     }
     if (formName(c) != formName(ref)) {
@@ -249,6 +254,36 @@ class GroupJudge {
     }
     v.verdict = Verdict::Modified;
     modifiedEvidence(c, ref, e);
+    if (tables && refTables) tableEvidence(*tables, *refTables, e);
+  }
+
+  const FileContent::TableSums* tableSums(const TFontCopy& c) {
+    const std::optional<FileContent::TableSums>& sums = content_.tableSums(c.path, c.face);
+    return sums ? &*sums : nullptr;
+  }
+
+  // Which tables differ, and what they hold: kerning (kern, kerx, GPOS) or outlines (glyf,
+  // CFF, CFF2, gvar).
+  static void tableEvidence(const FileContent::TableSums& a, const FileContent::TableSums& b, TEvidence& e) {
+    static const std::map<std::string, std::string> kMeaning = {
+        {"kern", "kerning"}, {"kerx", "kerning"}, {"GPOS", "kerning"},
+        {"glyf", "outlines"}, {"CFF ", "outlines"}, {"CFF2", "outlines"}, {"gvar", "outlines"}};
+    std::set<std::string> tags;
+    for (const auto& [tag, crc] : a.tables)
+      if (!b.tables.count(tag) || b.tables.at(tag) != crc) tags.insert(tag);
+    for (const auto& [tag, crc] : b.tables)
+      if (!a.tables.count(tag)) tags.insert(tag);
+    std::string list;
+    for (const std::string& tag : tags) {
+      list += (list.empty() ? "" : " ") + tag;
+      auto meaning = kMeaning.find(tag);
+      if (meaning != kMeaning.end() &&
+          std::find(e.differing.begin(), e.differing.end(), meaning->second) == e.differing.end())
+        e.differing.push_back(meaning->second);
+    }
+    if (list.empty()) return;
+    e.facts.push_back({"tables", list});
+    e.text += "; tables that differ: " + list;
   }
 
   void modifiedEvidence(const TFontCopy& c, const TFontCopy& ref, TEvidence& e) const {

@@ -78,33 +78,34 @@ bool FileContent::sameBytes(const std::string& a, const std::string& b) {
   return std::equal(fileA->bytes().data, fileA->bytes().data + fileA->bytes().size, fileB->bytes().data);
 }
 
-std::optional<uint32_t> FileContent::tableDigest(const std::string& path, uint32_t face) {
+const std::optional<FileContent::TableSums>& FileContent::tableSums(const std::string& path, uint32_t face) {
   const auto key = std::make_pair(path, face);
-  auto found = digests_.find(key);
-  if (found != digests_.end()) return found->second;
-  std::optional<uint32_t>& digest = digests_[key];
+  auto found = tables_.find(key);
+  if (found != tables_.end()) return found->second;
+  std::optional<TableSums>& sums = tables_[key];
   std::shared_ptr<const MappedFile> file = MappedFile::open(path);
-  if (!file) return digest;
+  if (!file) return sums;
   const ByteSpan bytes = file->bytes();
   const std::optional<uint32_t> offset = directoryOffset(bytes, face);
-  if (!offset) return digest;
+  if (!offset) return sums;
   const std::optional<std::vector<TableRecord>> records = tableRecords(bytes, *offset);
-  if (!records || records->empty()) return digest;
-  uint32_t crc = 0;
+  if (!records || records->empty()) return sums;
+  sums.emplace();
   for (const TableRecord& r : *records) {
-    crc = crcOfWord(r.length, crcOfWord(r.tag, crc));
     const ByteSpan table = bytes.sub(r.offset, r.length);
+    uint32_t crc = 0;
     if (r.tag == kHeadTag && table.size >= kHeadChecksumAdjustment + 4) {
-      crc = CChecksum::icrc(table.sub(0, kHeadChecksumAdjustment), crc);
-      crc = CChecksum::zeros(crc, 4);
       const size_t rest = kHeadChecksumAdjustment + 4;
-      crc = CChecksum::icrc(table.sub(rest, table.size - rest), crc);
+      crc = CChecksum::icrc(table.sub(0, kHeadChecksumAdjustment), 0);
+      crc = CChecksum::icrc(table.sub(rest, table.size - rest), CChecksum::zeros(crc, 4));
     } else {
-      crc = CChecksum::icrc(table, crc);
+      crc = CChecksum::icrc(table, 0);
     }
+    const char name[5] = {char(r.tag >> 24), char(r.tag >> 16), char(r.tag >> 8), char(r.tag), 0};
+    sums->tables[name] = crc;
+    sums->digest = crcOfWord(crc, crcOfWord(r.length, crcOfWord(r.tag, sums->digest)));
   }
-  digest = crc;
-  return digest;
+  return sums;
 }
 
 }  // namespace typeprint::compare

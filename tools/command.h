@@ -13,6 +13,7 @@ enum ExitStatus : int {
   kExitOk = 0,
   kExitSomeFileFailed = 1,
   kExitUsage = 2,
+  kExitConflicts = 3,  // duplicates: two different fonts share a PostScript name
 };
 
 // A subcommand once added to the application: `run` is called after a successful parse when the

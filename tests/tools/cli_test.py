@@ -165,8 +165,9 @@ class Command(unittest.TestCase):
     def test_duplicates_and_non_utf8_names(self):
         _, stdout, _ = run("duplicates", "-f", "json", SFNT, self.tree)
         document = self.valid_json(stdout)
-        group = next(g for g in document["duplicates"] if g["checksum"] == "e902afd2")
-        self.assertEqual(len(group["faces"]), 2)  # the collection in tests/fonts and its copy
+        # The collection in tests/fonts and its copy hold the same first face.
+        pair = {(TTC3, 0), (os.path.join(self.tree, os.path.basename(TTC3)), 0)}
+        self.assertTrue(any(pair <= {(c["path"], c["face"]) for c in g["copies"]} for g in document["groups"]))
         bad = [f for f in document["files"] if "path_bytes" in f]
         self.assertEqual(len(bad), 1)
         self.assertIn("\ufffd", bad[0]["path"])

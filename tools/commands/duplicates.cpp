@@ -1,20 +1,33 @@
-// typeprint duplicates: faces that are the same font in several files, and faces that share a
-// PostScript name but are different fonts.
+// typeprint duplicates: the faces of the walked files grouped by the font they are, every copy
+// judged against the copy suggested to keep, with the evidence, and the copy fontconfig uses.
 #include <chrono>
 #include <cstdio>
-#include <map>
+#include <cstdlib>
 #include <memory>
-#include <set>
+#include <sstream>
 
+#include "compare/duplicate_groups.h"
+#include "compare/fontconfig_choice.h"
+#include "formats/format_reader.h"
 #include "tools/commands/command_list.h"
 #include "tools/data_files.h"
 #include "tools/file_walk.h"
 #include "tools/identify_files.h"
 #include "tools/json_output.h"
 #include "tools/text_output.h"
+#include "tools/utf8_text.h"
 
 namespace typeprint::cli {
 namespace {
+
+using compare::TCopyVerdict;
+using compare::TDuplicateGroup;
+using compare::TFontconfigChoice;
+using compare::TFontCopy;
+using compare::Verdict;
+
+constexpr size_t kTextWidth = 80;
+constexpr size_t kVerdictColumn = 17;
 
 struct DuplicatesArgs {
   std::string format;
@@ -22,81 +35,196 @@ struct DuplicatesArgs {
   std::vector<std::string> paths;
 };
 
-struct Seen {
-  const FileReport* file;
-  const FaceReport* face;
+// The font folders of the system ($XDG_DATA_DIRS, by default /usr/local/share and /usr/share)
+// and of the user ($XDG_DATA_HOME or ~/.local/share, and ~/.fonts), for the keeper's preference.
+struct FolderClasses {
+  std::vector<std::string> system, user;
 };
 
-struct Groups {
-  std::map<uint32_t, std::vector<Seen>> sameFont;          // by checksum, in more than one file
-  std::map<std::string, std::vector<Seen>> nameConflicts;  // one PostScript name, several checksums
-};
-
-Groups findGroups(const std::vector<FileReport>& reports) {
-  Groups groups;
-  std::map<std::string, std::vector<Seen>> byName;
-  for (const FileReport& r : reports) {
-    for (const FaceReport& f : r.faces) {
-      if (f.checksum) groups.sameFont[*f.checksum].push_back({&r, &f});
-      if (f.postScriptName && !f.postScriptName->empty()) byName[*f.postScriptName].push_back({&r, &f});
-    }
+FolderClasses folderClasses() {
+  FolderClasses classes;
+  const char* dataDirs = std::getenv("XDG_DATA_DIRS");
+  std::istringstream dirs(dataDirs && *dataDirs ? dataDirs : "/usr/local/share:/usr/share");
+  for (std::string dir; std::getline(dirs, dir, ':');)
+    if (!dir.empty() && dir[0] == '/') classes.system.push_back(dir + "/fonts");
+  const char* dataHome = std::getenv("XDG_DATA_HOME");
+  const char* home = std::getenv("HOME");
+  if (dataHome && *dataHome == '/') classes.user.push_back(std::string(dataHome) + "/fonts");
+  if (home && *home) {
+    if (!(dataHome && *dataHome == '/')) classes.user.push_back(std::string(home) + "/.local/share/fonts");
+    classes.user.push_back(std::string(home) + "/.fonts");
   }
-  for (auto it = groups.sameFont.begin(); it != groups.sameFont.end();) {
-    std::set<std::string> paths;
-    for (const Seen& s : it->second) paths.insert(s.file->path);
-    it = paths.size() < 2 ? groups.sameFont.erase(it) : std::next(it);
-  }
-  for (auto& [name, faces] : byName) {
-    std::set<uint32_t> checksums;
-    for (const Seen& s : faces) checksums.insert(s.face->checksum.value_or(0));
-    if (checksums.size() > 1) groups.nameConflicts[name] = std::move(faces);
-  }
-  return groups;
+  return classes;
 }
 
-Json seenJson(const Seen& s) {
+// The style a face's full name adds to its family: "DejaVu Sans Bold" in "DejaVu Sans" is "Bold".
+std::string styleOf(const FaceReport& face) {
+  const std::string family = face.family.value_or(""), full = face.fullName.value_or("");
+  if (family.empty() || full.size() <= family.size() || full.compare(0, family.size(), family) != 0) return "";
+  const size_t start = full.find_first_not_of(' ', family.size());
+  return start == std::string::npos ? "" : full.substr(start);
+}
+
+TFontCopy copyOfFace(const FileReport& file, const FaceReport& face) {
+  TFontCopy c;
+  c.path = file.path;
+  c.face = face.index;
+  c.kind = face.kind.value_or("");
+  if (c.kind == "TrueType Collection") c.container = "collection";
+  c.postScriptName = face.postScriptName.value_or("");
+  c.family = face.family.value_or("");
+  c.style = styleOf(face);
+  c.version = face.version.value_or("");
+  c.foundry = face.foundry.value_or("");
+  c.checksum = face.checksum;
+  c.legacyChecksum = face.legacyChecksum;
+  c.kerningChecksum = face.kerningChecksum;
+  c.array = file.array;
+  return c;
+}
+
+// The faces the library does not read itself: WOFF and WOFF2 files and plain Type 1 programs.
+void addWiderFormatCopies(const std::string& path, std::vector<TFontCopy>& copies) {
+  const std::string promised = formats::extensionKindOf(path);
+  if (promised != "WOFF" && promised != "WOFF2" && promised != "PostScript") return;
+  const std::optional<formats::TFormatFile> file = formats::readFormatFile(path);
+  if (!file) return;
+  for (size_t i = 0; i < file->faces.size(); ++i) {
+    const formats::TFormatFace& face = file->faces[i];
+    TFontCopy c;
+    c.path = path;
+    c.face = uint32_t(i);
+    c.kind = face.kind;
+    c.container = file->container;
+    c.postScriptName = face.postScriptName;
+    c.family = face.family;
+    c.style = face.style;
+    c.version = face.version;
+    c.foundry = face.foundry;
+    if (face.kind.rfind("PostScript", 0) == 0)
+      c.programChecksum = face.contentChecksum;
+    else
+      c.checksum = face.contentChecksum;
+    c.instances = face.instances;
+    c.variable = !face.axes.empty();
+    copies.push_back(std::move(c));
+  }
+}
+
+std::vector<TFontCopy> fontCopies(const std::vector<FileReport>& reports) {
+  const FolderClasses classes = folderClasses();
+  std::vector<TFontCopy> copies;
+  for (const FileReport& r : reports) {
+    const size_t first = copies.size();
+    if (r.status == FileStatus::Ok) {
+      for (const FaceReport& f : r.faces) copies.push_back(copyOfFace(r, f));
+      if (r.faces.size() == 1) compare::readVariableInstances(copies.back());
+    } else if (r.status == FileStatus::NotAFont) {
+      addWiderFormatCopies(r.path, copies);
+    }
+    for (size_t i = first; i < copies.size(); ++i) {
+      compare::readFileFacts(copies[i]);
+      copies[i].folder = compare::classifyFolder(r.path, classes.system, classes.user);
+    }
+  }
+  return copies;
+}
+
+Json evidenceJson(const compare::TEvidence& evidence) {
   Json out;
-  putText(out, "path", s.file->path);
-  out["index"] = s.face->index;
-  if (s.face->checksum) out["checksum"] = hex8(*s.face->checksum);
-  if (s.face->version) putText(out, "version", *s.face->version);
+  putText(out, "text", evidence.text);
+  for (const auto& [key, value] : evidence.facts) putText(out, key, value);
+  out["differing"] = evidence.differing;
   return out;
 }
 
-void printJson(const std::vector<FileReport>& reports, const Summary& summary, const Groups& groups) {
-  Json document = outputDocument(reports, summary);
-  Json same = Json::array(), conflicts = Json::array();
-  for (const auto& [checksum, faces] : groups.sameFont) {
-    Json group;
-    group["checksum"] = hex8(checksum);
-    group["faces"] = Json::array();
-    for (const Seen& s : faces) group["faces"].push_back(seenJson(s));
-    same.push_back(std::move(group));
+Json groupJson(const TDuplicateGroup& group, const std::optional<TFontconfigChoice>& choice,
+               const std::vector<TFontCopy>& copies) {
+  Json out;
+  putText(out, "postScriptName", group.postScriptName);
+  putText(out, "family", group.family);
+  putText(out, "style", group.style);
+  out["conflict"] = group.hasConflict;
+  Json keep;
+  for (const TCopyVerdict& v : group.copies) {
+    if (!v.keep) continue;
+    putText(keep, "path", copies[v.copy].path);
+    keep["face"] = copies[v.copy].face;
   }
-  for (const auto& [name, faces] : groups.nameConflicts) {
-    Json group;
-    putText(group, "postScriptName", name);
-    group["faces"] = Json::array();
-    for (const Seen& s : faces) group["faces"].push_back(seenJson(s));
-    conflicts.push_back(std::move(group));
+  putText(keep, "reason", group.keepReason);
+  out["keep"] = std::move(keep);
+  if (choice) {
+    Json fc;
+    putText(fc, "pattern", choice->pattern);
+    putText(fc, "path", choice->path);
+    fc["face"] = choice->face;
+    putText(fc, "family", choice->family);
+    fc["familyFound"] = choice->familyFound;
+    bool isKeeper = false, inGroup = false;
+    for (const TCopyVerdict& v : group.copies) {
+      inGroup = inGroup || v.fontconfig;
+      isKeeper = isKeeper || (v.fontconfig && v.keep);
+    }
+    fc["inGroup"] = inGroup;
+    fc["isKeeper"] = isKeeper;
+    out["fontconfig"] = std::move(fc);
+  } else {
+    out["fontconfig"] = nullptr;
   }
-  document["duplicates"] = std::move(same);
-  document["conflicts"] = std::move(conflicts);
-  std::printf("%s\n", jsonText(document).c_str());
+  Json list = Json::array();
+  for (const TCopyVerdict& v : group.copies) {
+    Json item;
+    putText(item, "path", copies[v.copy].path);
+    item["face"] = copies[v.copy].face;
+    item["verdict"] = compare::verdictName(v.verdict);
+    item["evidence"] = evidenceJson(v.evidence);
+    item["keep"] = v.keep;
+    item["fontconfig"] = v.fontconfig;
+    list.push_back(std::move(item));
+  }
+  out["copies"] = std::move(list);
+  return out;
 }
 
-void printText(const Groups& groups) {
-  for (const auto& [checksum, faces] : groups.sameFont) {
-    std::printf("same font %s (%s):\n", hex8(checksum).c_str(), faces[0].face->postScriptName.value_or("").c_str());
-    for (const Seen& s : faces) std::printf("  %s [face %u]\n", s.file->path.c_str(), s.face->index);
+// `text` broken at spaces into lines of at most kTextWidth columns, each after `indent` spaces.
+std::string wrapped(const std::string& text, size_t indent) {
+  std::string out, line;
+  std::istringstream words(text);
+  for (std::string word; words >> word;) {
+    if (!line.empty() && indent + line.size() + 1 + word.size() > kTextWidth) {
+      out += std::string(indent, ' ') + line + "\n";
+      line.clear();
+    }
+    line += (line.empty() ? "" : " ") + word;
   }
-  for (const auto& [name, faces] : groups.nameConflicts) {
-    std::printf("conflict %s: same PostScript name, different fonts:\n", name.c_str());
-    for (const Seen& s : faces)
-      std::printf("  %s [face %u] checksum %s version %s\n", s.file->path.c_str(), s.face->index,
-                  hex8(s.face->checksum.value_or(0)).c_str(), s.face->version.value_or("").c_str());
+  if (!line.empty()) out += std::string(indent, ' ') + line + "\n";
+  return out;
+}
+
+std::string groupText(const TDuplicateGroup& group, const std::optional<TFontconfigChoice>& choice,
+                      const std::vector<TFontCopy>& copies) {
+  std::string out = group.family + (group.style.empty() ? "" : " " + group.style) + " (" + group.postScriptName + ")" +
+                    (group.hasConflict ? ": CONFLICT" : "") + "\n";
+  for (const TCopyVerdict& v : group.copies) {
+    const TFontCopy& c = copies[v.copy];
+    std::string label = "  " + std::string(v.keep ? "keep" : compare::verdictName(v.verdict));
+    label.resize(kVerdictColumn, ' ');
+    out += label + validUTF8(c.path) + (c.face ? " [face " + std::to_string(c.face) + "]" : "") +
+           (v.fontconfig ? "  (fontconfig)" : "") + "\n";
+    out += wrapped(v.keep ? "suggested: " + group.keepReason : v.evidence.text, kVerdictColumn);
   }
-  std::printf("\n%zu duplicate groups, %zu conflicts\n", groups.sameFont.size(), groups.nameConflicts.size());
+  if (choice) {
+    bool isKeeper = false, inGroup = false;
+    for (const TCopyVerdict& v : group.copies) {
+      inGroup = inGroup || v.fontconfig;
+      isKeeper = isKeeper || (v.fontconfig && v.keep);
+    }
+    if (!isKeeper)
+      out += wrapped("fontconfig uses " + validUTF8(choice->path) + (inGroup ? "" : " (not among these copies)") +
+                         ", not the suggested copy",
+                     2);
+  }
+  return out + "\n";
 }
 
 int runDuplicates(const DuplicatesArgs& args) {
@@ -104,18 +232,34 @@ int runDuplicates(const DuplicatesArgs& args) {
   const auto start = std::chrono::steady_clock::now();
   IdentifyOptions options;
   options.progress = true;
+  options.keepArrays = true;  // TP_Match tells which attributes of modified copies differ
+  WalkOptions walk = args.walk;
+  walk.follow = true;  // links are reported as the same file, never counted twice
   const std::vector<FileReport> reports =
-      walkAndIdentify(args.paths.empty() ? defaultFontFolders() : args.paths, args.walk, options);
+      walkAndIdentify(args.paths.empty() ? defaultFontFolders() : args.paths, walk, options);
+  const std::vector<TFontCopy> copies = fontCopies(reports);
+  compare::FileContent content;
+  std::vector<TDuplicateGroup> groups = compare::findDuplicateGroups(copies, content);
+  compare::FontconfigMatcher matcher;
+  const std::vector<std::optional<TFontconfigChoice>> choices = compare::markFontconfigChoices(groups, copies, matcher);
   const Summary summary =
       summarize(reports, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
   const bool failed = reportFailures(reports, false, args.walk.quiet);
-  const Groups groups = findGroups(reports);
+  size_t conflicts = 0;
+  for (const TDuplicateGroup& g : groups) conflicts += g.hasConflict;
+
   if (args.format == "json") {
-    printJson(reports, summary, groups);
+    Json document = outputDocument(reports, summary);
+    Json list = Json::array();
+    for (size_t i = 0; i < groups.size(); ++i) list.push_back(groupJson(groups[i], choices[i], copies));
+    document["groups"] = std::move(list);
+    std::printf("%s\n", jsonText(document).c_str());
   } else {
-    printText(groups);
+    for (size_t i = 0; i < groups.size(); ++i) std::fputs(groupText(groups[i], choices[i], copies).c_str(), stdout);
+    std::printf("%zu groups of copies, %zu with conflicts\n", groups.size(), conflicts);
     std::fputs(summaryText(summary).c_str(), stderr);
   }
+  if (conflicts) return kExitConflicts;
   return failed ? kExitSomeFileFailed : kExitOk;
 }
 
@@ -124,12 +268,14 @@ int runDuplicates(const DuplicatesArgs& args) {
 Command addDuplicatesCommand(CLI::App& parent) {
   auto args = std::make_shared<DuplicatesArgs>();
   CLI::App* app = parent.add_subcommand(
-      "duplicates", "faces that are the same font, and fonts that share a PostScript name");
+      "duplicates", "copies of the same font, how they differ, which to keep and which fontconfig uses");
   addFormatOption(*app, args->format, {"text", "json"});
   addJobsOption(*app, args->walk);
-  addFollowOption(*app, args->walk);
   addQuietOption(*app, args->walk.quiet);
   app->add_option("PATH", args->paths, "folders and files (default: the folders fontconfig is configured with)");
+  app->footer("Symbolic links are followed and reported as the same file. Exit status: 0 without\n"
+              "conflicts, 3 when two different fonts share a PostScript name, 1 when some file\n"
+              "failed, 2 for a usage error.");
   return {app, [args] { return runDuplicates(*args); }};
 }
 
