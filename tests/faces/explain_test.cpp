@@ -45,8 +45,11 @@ TEST(Explain, EachDamagedFileGivesItsParsersReason) {
        "resource map: type list count 32768 exceeds the map's"},
       {"Printer", {}, test::AppleDoubleBuilder::appleDouble().entry(2, test::ResourceForkBuilder().add("POST", 501, {1, 0}).build()).build(),
        "kind: a printer font file without families: its faces are read through the suitcase that names it"},
+      {"single", test::patchU32(test::AppleDoubleBuilder::appleSingle().entry(1, Bytes(4)).build(),
+                                test::AppleDoubleBuilder::descriptor(0) + 8, 0xFFFF), {},
+       "container: AppleSingle/AppleDouble entry 1 at 0x26, 0xFFFF bytes, runs past the file's 0x2A bytes (at 0x1A)"},
       {"._Font", {0, 5, 22, 7}, {}, "file: it holds another file's fork or Finder information, not a font of its own"},
-      {"missing.ttf", {}, {}, "file: the file cannot be read"},
+      {"missing.ttf", {}, {}, "file: cannot read the file: No such file or directory"},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
