@@ -39,7 +39,8 @@ std::vector<TFormatFace> readMacBitmapFamilies(const std::string& path, const Fi
   for (int f = 1; f <= families; ++f) {
     Handle fond = file->getResourceHandleViaGet1IndResource(kTypeFOND, f);
     std::string familyName;
-    file->getResInfo(fond, nullptr, nullptr, &familyName);
+    int16_t familyID = 0;
+    file->getResInfo(fond, &familyID, nullptr, &familyName);
     const std::vector<FondEntry> entries = fondEntries(HandleBytes(fond));
     const bool bitmapOnly = !entries.empty() && std::none_of(entries.begin(), entries.end(),
                                                              [](const FondEntry& e) { return e.isOutline(); });
@@ -56,6 +57,8 @@ std::vector<TFormatFace> readMacBitmapFamilies(const std::string& path, const Fi
       face.kind = "Bitmap";
       face.family = familyName;
       face.style = quickDrawStyleName(style);
+      face.familyResourceID = familyID;
+      face.quickDrawStyle = style;
       face.fullName = style == 0 ? familyName : familyName + " " + face.style;
       std::sort(face.pointSizes.begin(), face.pointSizes.end());
       faces.push_back(std::move(face));
