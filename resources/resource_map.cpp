@@ -156,18 +156,32 @@ ResourceEntry* ResourceMap::find(uint32_t type, int16_t id) const {
   return nullptr;
 }
 
-void ResourceMap::setData(ResourceEntry* entry, std::vector<uint8_t> bytes) {
-  entry->replaced_ = std::make_shared<const std::vector<uint8_t>>(std::move(bytes));
-  changed_ = true;
+ResourceEntry* ResourceMap::own(const ResourceEntry* entry) {
+  if (!entry) return nullptr;
+  for (TypeGroup& g : types_)
+    for (auto& e : g.entries)
+      if (e.get() == entry) return e.get();
+  return nullptr;
 }
 
-void ResourceMap::setInfo(ResourceEntry* entry, int16_t id, const std::string* name) {
-  entry->id = id;
+bool ResourceMap::setData(const ResourceEntry* entry, std::vector<uint8_t> bytes) {
+  ResourceEntry* mine = own(entry);
+  if (!mine) return false;
+  mine->replaced_ = std::make_shared<const std::vector<uint8_t>>(std::move(bytes));
+  changed_ = true;
+  return true;
+}
+
+bool ResourceMap::setInfo(const ResourceEntry* entry, int16_t id, const std::string* name) {
+  ResourceEntry* mine = own(entry);
+  if (!mine) return false;
+  mine->id = id;
   if (name) {
-    entry->hasName = true;
-    entry->name = name->substr(0, 255);
+    mine->hasName = true;
+    mine->name = name->substr(0, 255);
   }
   changed_ = true;
+  return true;
 }
 
 bool ResourceMap::remove(const ResourceEntry* entry) {
