@@ -45,10 +45,6 @@ struct TFontCopy {
 // false when the path cannot be examined.
 bool readFileFacts(TFontCopy& copy);
 
-// For a single sfnt font with a variation table, fills the copy's named instances; reads only
-// the table directory of other files. False when the file holds no variable font.
-bool readVariableInstances(TFontCopy& copy);
-
 // The folder class of a path: under one of `systemFolders`, under one of `userFolders`, or other.
 FolderClass classifyFolder(const std::string& path, const std::vector<std::string>& systemFolders,
                            const std::vector<std::string>& userFolders);

@@ -8,7 +8,6 @@
 
 #include "compare/duplicate_groups.h"
 #include "compare/fontconfig_choice.h"
-#include "formats/format_reader.h"
 #include "tools/commands/command_list.h"
 #include "tools/data_files.h"
 #include "tools/file_walk.h"
@@ -65,66 +64,60 @@ std::string styleOf(const FaceReport& face) {
   return start == std::string::npos ? "" : full.substr(start);
 }
 
+// The outline kind inside a web font's kind: "WOFF2 (TrueType)" holds "TrueType".
+std::string innerKind(const std::string& kind, const std::string& container) {
+  const std::string prefix = container + " (";
+  if (container.empty() || kind.size() <= prefix.size() || kind.compare(0, prefix.size(), prefix) != 0) return kind;
+  return kind.substr(prefix.size(), kind.size() - prefix.size() - 1);
+}
+
+std::vector<formats::TNamedInstance> instancesOf(const FaceReport& face) {
+  std::vector<formats::TNamedInstance> instances;
+  if (!face.instances) return instances;
+  for (const auto& item : *face.instances) {
+    formats::TNamedInstance instance;
+    instance.subfamilyName = item.value("subfamilyName", "");
+    instance.postScriptName = item.value("postScriptName", "");
+    instances.push_back(std::move(instance));
+  }
+  return instances;
+}
+
 TFontCopy copyOfFace(const FileReport& file, const FaceReport& face) {
   TFontCopy c;
   c.path = file.path;
   c.face = face.index;
-  c.kind = face.kind.value_or("");
+  const std::string contentKind = face.contentKind.value_or("");
+  if (contentKind == "WOFF" || contentKind == "WOFF2") c.container = contentKind;
+  c.kind = innerKind(face.kind.value_or(""), c.container);
   if (c.kind == "TrueType Collection") c.container = "collection";
   c.postScriptName = face.postScriptName.value_or("");
   c.family = face.family.value_or("");
-  c.style = styleOf(face);
+  c.style = face.styleName ? *face.styleName : styleOf(face);
   c.version = face.version.value_or("");
   c.foundry = face.foundry.value_or("");
   c.checksum = face.checksum;
   c.legacyChecksum = face.legacyChecksum;
   c.kerningChecksum = face.kerningChecksum;
+  const bool type1 = c.kind.rfind("PostScript", 0) == 0;
+  if (type1 && face.contentChecksum) c.programChecksum = *face.contentChecksum;
+  if (!type1 && !c.checksum) c.checksum = face.contentChecksum;
+  c.instances = instancesOf(face);
+  c.variable = face.axes && !face.axes->empty();
   c.array = file.array;
   return c;
-}
-
-// The faces the library does not read itself: WOFF and WOFF2 files and plain Type 1 programs.
-void addWiderFormatCopies(const std::string& path, std::vector<TFontCopy>& copies) {
-  const std::string promised = formats::extensionKindOf(path);
-  if (promised != "WOFF" && promised != "WOFF2" && promised != "PostScript") return;
-  const std::optional<formats::TFormatFile> file = formats::readFormatFile(path);
-  if (!file) return;
-  for (size_t i = 0; i < file->faces.size(); ++i) {
-    const formats::TFormatFace& face = file->faces[i];
-    TFontCopy c;
-    c.path = path;
-    c.face = uint32_t(i);
-    c.kind = face.kind;
-    c.container = file->container;
-    c.postScriptName = face.postScriptName;
-    c.family = face.family;
-    c.style = face.style;
-    c.version = face.version;
-    c.foundry = face.foundry;
-    if (face.kind.rfind("PostScript", 0) == 0)
-      c.programChecksum = face.contentChecksum;
-    else
-      c.checksum = face.contentChecksum;
-    c.instances = face.instances;
-    c.variable = !face.axes.empty();
-    copies.push_back(std::move(c));
-  }
 }
 
 std::vector<TFontCopy> fontCopies(const std::vector<FileReport>& reports) {
   const FolderClasses classes = folderClasses();
   std::vector<TFontCopy> copies;
   for (const FileReport& r : reports) {
-    const size_t first = copies.size();
-    if (r.status == FileStatus::Ok) {
-      for (const FaceReport& f : r.faces) copies.push_back(copyOfFace(r, f));
-      if (r.faces.size() == 1) compare::readVariableInstances(copies.back());
-    } else if (r.status == FileStatus::NotAFont) {
-      addWiderFormatCopies(r.path, copies);
-    }
-    for (size_t i = first; i < copies.size(); ++i) {
-      compare::readFileFacts(copies[i]);
-      copies[i].folder = compare::classifyFolder(r.path, classes.system, classes.user);
+    if (r.status != FileStatus::Ok) continue;
+    for (const FaceReport& f : r.faces) {
+      TFontCopy c = copyOfFace(r, f);
+      compare::readFileFacts(c);
+      c.folder = compare::classifyFolder(r.path, classes.system, classes.user);
+      copies.push_back(std::move(c));
     }
   }
   return copies;
