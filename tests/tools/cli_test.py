@@ -96,6 +96,7 @@ class Command(unittest.TestCase):
             ("damaged font", ["identify", "tree/sub/damaged.ttf"], 1, "", "damaged.ttf: damaged"),
             ("FIFO named directly is not opened", ["identify", "tree/fifo"], 1, "", "fifo: a FIFO, not read"),
             ("-q silences messages, not the status", ["identify", "-q", "nothere.ttf"], 1, "", None),
+            ("-o names the failing output", ["scan", "-o", "nowhere/x.txt", SFNT], 1, "", "No such file or directory"),
             ("checksums are lower-case hex in text", ["identify", TTC3], 0, "checksum          e902afd2", ""),
         ]
         for what, args, status, out, err in rows:
@@ -146,12 +147,16 @@ class Command(unittest.TestCase):
     def test_json_documents_validate(self):
         rows = [
             ("identify", ["identify", "-f", "json", TTC3, "tree/README", "nothere"]),
-            ("scan", ["scan", "-f", "json", "tree"]),
+            ("scan, written with -o", ["scan", "-f", "json", "-o", "scan.json", "tree"]),
             ("duplicates", ["duplicates", "-f", "json", SFNT, "tree"]),
         ]
         for what, args in rows:
             with self.subTest(what):
                 _, stdout, _ = run(*args, cwd=self.work)
+                if "-o" in args:
+                    self.assertEqual(stdout, b"")
+                    with open(os.path.join(self.work, "scan.json"), "rb") as f:
+                        stdout = f.read()
                 document = self.valid_json(stdout)
                 statuses = {f["status"] for f in document["files"]}
                 self.assertTrue({"ok", "failed"} <= statuses or what == "duplicates", statuses)

@@ -11,6 +11,7 @@
 #include "tools/file_walk.h"
 #include "tools/identify_files.h"
 #include "tools/json_output.h"
+#include "tools/output.h"
 #include "tools/text_output.h"
 
 namespace typeprint::cli {
@@ -19,6 +20,7 @@ namespace {
 struct DuplicatesArgs {
   std::string format;
   WalkOptions walk;
+  std::string output;
   std::vector<std::string> paths;
 };
 
@@ -63,7 +65,7 @@ Json seenJson(const Seen& s) {
   return out;
 }
 
-void printJson(const std::vector<FileReport>& reports, const Summary& summary, const Groups& groups) {
+void printJson(Output& out, const std::vector<FileReport>& reports, const Summary& summary, const Groups& groups) {
   Json document = outputDocument(reports, summary);
   Json same = Json::array(), conflicts = Json::array();
   for (const auto& [checksum, faces] : groups.sameFont) {
@@ -82,21 +84,22 @@ void printJson(const std::vector<FileReport>& reports, const Summary& summary, c
   }
   document["duplicates"] = std::move(same);
   document["conflicts"] = std::move(conflicts);
-  std::printf("%s\n", jsonText(document).c_str());
+  out.write(jsonText(document) + "\n");
 }
 
-void printText(const Groups& groups) {
+void printText(Output& out, const Groups& groups) {
   for (const auto& [checksum, faces] : groups.sameFont) {
-    std::printf("same font %s (%s):\n", hex8(checksum).c_str(), faces[0].face->postScriptName.value_or("").c_str());
-    for (const Seen& s : faces) std::printf("  %s [face %u]\n", s.file->path.c_str(), s.face->index);
+    out.write("same font " + hex8(checksum) + " (" + faces[0].face->postScriptName.value_or("") + "):\n");
+    for (const Seen& s : faces) out.write("  " + s.file->path + " [face " + std::to_string(s.face->index) + "]\n");
   }
   for (const auto& [name, faces] : groups.nameConflicts) {
-    std::printf("conflict %s: same PostScript name, different fonts:\n", name.c_str());
+    out.write("conflict " + name + ": same PostScript name, different fonts:\n");
     for (const Seen& s : faces)
-      std::printf("  %s [face %u] checksum %s version %s\n", s.file->path.c_str(), s.face->index,
-                  hex8(s.face->checksum.value_or(0)).c_str(), s.face->version.value_or("").c_str());
+      out.write("  " + s.file->path + " [face " + std::to_string(s.face->index) + "] checksum " +
+                hex8(s.face->checksum.value_or(0)) + " version " + s.face->version.value_or("") + "\n");
   }
-  std::printf("\n%zu duplicate groups, %zu conflicts\n", groups.sameFont.size(), groups.nameConflicts.size());
+  out.write("\n" + std::to_string(groups.sameFont.size()) + " duplicate groups, " +
+            std::to_string(groups.nameConflicts.size()) + " conflicts\n");
 }
 
 int runDuplicates(const DuplicatesArgs& args) {
@@ -110,13 +113,14 @@ int runDuplicates(const DuplicatesArgs& args) {
       summarize(reports, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
   const bool failed = reportFailures(reports, false, args.walk.quiet);
   const Groups groups = findGroups(reports);
+  Output out(args.output);
   if (args.format == "json") {
-    printJson(reports, summary, groups);
+    printJson(out, reports, summary, groups);
   } else {
-    printText(groups);
+    printText(out, groups);
     std::fputs(summaryText(summary).c_str(), stderr);
   }
-  return failed ? kExitSomeFileFailed : kExitOk;
+  return out.finish() && !failed ? kExitOk : kExitSomeFileFailed;
 }
 
 }  // namespace
@@ -128,6 +132,7 @@ Command addDuplicatesCommand(CLI::App& parent) {
   addFormatOption(*app, args->format, {"text", "json"});
   addJobsOption(*app, args->walk);
   addFollowOption(*app, args->walk);
+  addOutputOption(*app, args->output);
   addQuietOption(*app, args->walk.quiet);
   app->add_option("PATH", args->paths, "folders and files (default: the folders fontconfig is configured with)");
   return {app, [args] { return runDuplicates(*args); }};

@@ -9,6 +9,7 @@
 #include "tools/documents.h"
 #include "tools/identify_files.h"
 #include "tools/json_output.h"
+#include "tools/output.h"
 #include "tools/text_output.h"
 
 namespace typeprint::cli {
@@ -17,6 +18,7 @@ namespace {
 struct IdentifyArgs {
   std::string format;
   std::string mask;
+  std::string output;
   bool quiet = false;
   std::vector<std::string> files;
 };
@@ -36,18 +38,19 @@ int runIdentify(const IdentifyArgs& args) {
   if ((options.mask & TP_ATTR_FOUNDRY_NAME) && !dataFilesFound()) return kExitSomeFileFailed;
   options.keepArrays = args.format == "xml" || args.format == "plist";
   const bool lines = args.format == "jsonl";
-  auto sink = [](const FileReport& r) { std::printf("%s\n", jsonText(fileJson(r)).c_str()); };
+  Output out(args.output);
+  auto sink = [&out](const FileReport& r) { out.write(jsonText(fileJson(r)) + "\n"); };
   const std::vector<FileReport> reports = identifyAll(args.files, options, lines ? ReportSink(sink) : nullptr);
   const bool failed = reportFailures(reports, true, args.quiet);
   const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 
   if (args.format == "text")
     for (const FileReport& r : reports)
-      if (r.status == FileStatus::Ok) std::fputs(fileText(r).c_str(), stdout);
-  if (args.format == "json") std::printf("%s\n", jsonText(outputDocument(reports, summarize(reports, seconds))).c_str());
-  if (args.format == "xml") std::fputs(combinedXML(reports).c_str(), stdout);
-  if (args.format == "plist") std::fputs(combinedPropertyList(reports).c_str(), stdout);
-  return failed ? kExitSomeFileFailed : kExitOk;
+      if (r.status == FileStatus::Ok) out.write(fileText(r));
+  if (args.format == "json") out.write(jsonText(outputDocument(reports, summarize(reports, seconds))) + "\n");
+  if (args.format == "xml") out.write(combinedXML(reports));
+  if (args.format == "plist") out.write(combinedPropertyList(reports));
+  return out.finish() && !failed ? kExitOk : kExitSomeFileFailed;
 }
 
 }  // namespace
@@ -64,6 +67,7 @@ Command addIdentifyCommand(CLI::App& parent) {
             return parseMask(text, &mask) ? std::string() : "not a 32-bit number: " + text;
           },
           ""));
+  addOutputOption(*app, args->output);
   addQuietOption(*app, args->quiet);
   app->add_option("FILE", args->files, "font files")->required();
   return {app, [args] { return runIdentify(*args); }};
