@@ -9,6 +9,7 @@
 #include "analysis/name_table.h"
 #include "analysis/sfnt_directory.h"
 #include "analysis/ttc_split.h"
+#include "base/diagnostics.h"
 #include "foundation/file_system.h"
 #include "platform/linux/fork_locator.h"
 #include "resources/families.h"
@@ -34,7 +35,10 @@ T* wanted(uint32_t mask, uint32_t bit, T& field) {
 bool walkCollection(const char* path, uint32_t mask, TP_FontArray& array) {
   TrueTypeCollectionFont collection{std::string(path)};
   bool found = false;
-  for (unsigned int i : collection.facesAtDistinctOffsets()) {
+  const std::vector<unsigned int> faces = collection.facesAtDistinctOffsets();
+  if (faces.empty()) TP_REFUSE_WHOLE("collection", "the collection header lists no face within the file");
+  else TP_NOTE("collection", "%zu faces at distinct offsets", faces.size());
+  for (unsigned int i : faces) {
     TTCFace face;
     if (collection.GetFaceLayout(i, face) != 0) continue;
     TP_FontSpecifier record;
@@ -51,10 +55,19 @@ bool walkCollection(const char* path, uint32_t mask, TP_FontArray& array) {
     if (!GetPlatformTTF(face, &record.platform)) continue;  // decided whatever the mask says
     record.typeprintChecksum = face.crc();  // the CRC of the rebuilt face, from 0
     record.attributes = mask;
+    TP_NOTE("face", "collection face %u: %s", i, record.postScriptName.c_str());
     array.append(record);
     found = true;
   }
   return found;
+}
+
+void noteForkLayout(const FileForks& forks) {
+  static const char* const kSources[] = {"a plain file", "a MacBinary container", "an AppleSingle container",
+                                         "an AppleDouble companion", "a bare resource fork beside the file"};
+  TP_NOTE("forks", "%s: data fork %zu bytes, resource fork %zu bytes%s%s", kSources[size_t(forks.source)],
+          forks.dataFork.size, forks.resourceFork.size, forks.companionPath.empty() ? "" : " in ",
+          forks.companionPath.c_str());
 }
 
 // The working state of one resource walk. The type and creator carry over from face to face:
@@ -91,7 +104,11 @@ bool collectFace(ResourceWalk& walk, Resource fond, int s, int16_t& firstRes, TP
       wanted(mask, TP_ATTR_DISPLAY_NAME, record.displayName), wanted(mask, TP_ATTR_FULL_NAME, record.fullName),
       wanted(mask, TP_ATTR_WINDOWS_FULL_NAME, record.windowsFullName),
       wanted(mask, TP_ATTR_KERNING_CHECKSUM, record.kerningChecksum), &walk.forks);
-  if (outcome != FaceOutcome::Read && outcome != FaceOutcome::PrinterFileMissing) return false;
+  if (outcome != FaceOutcome::Read && outcome != FaceOutcome::PrinterFileMissing) {
+    TP_NOTE("face", "style %d refused: %s", style,
+            outcome == FaceOutcome::NoNames ? "no font data or no usable name" : "the sfnt's platform is undecided");
+    return false;
+  }
 
   record.style = style;
   record.firstFontResID = firstRes;
@@ -114,6 +131,8 @@ bool collectFace(ResourceWalk& walk, Resource fond, int s, int16_t& firstRes, TP
     record.outlineFileSize = uint32_t(walk.forks.finderSize());
   }
   record.attributes = mask;
+  TP_NOTE("face", "family %d, style %d%s%s", int(record.fondResID), int(style),
+          record.outlineFilePath.empty() ? "" : ", printer file ", record.outlineFilePath.c_str());
   array.append(record);
   return true;
 }
@@ -121,6 +140,7 @@ bool collectFace(ResourceWalk& walk, Resource fond, int s, int16_t& firstRes, TP
 // Every family and each of its distinct styles; a file without families is walked once as a
 // single face.
 bool walkResourceForks(const char* path, const FileForks& forks, uint32_t mask, TP_FontArray& array) {
+  noteForkLayout(forks);
   std::unique_ptr<ResourceFile> rf = ResourceFile::open(path, forks, true);
   ResourceWalk walk{path, mask, forks, rf.get(), forks.type, forks.creator};
   bool found = false;
@@ -129,6 +149,7 @@ bool walkResourceForks(const char* path, const FileForks& forks, uint32_t mask, 
   for (int f = 1; f <= familyRounds; ++f) {
     Resource fond = rf ? rf->at(kTypeFOND, f) : nullptr;
     const int16_t styles = getCountOfUniqueStyles(dataOf(fond));
+    if (fond) TP_NOTE("family", "family %d: %zu bytes, %d styles", int(fond->id), fond->data().size, int(styles));
     const int styleRounds = styles == 0 ? 1 : styles;
     int16_t firstRes = -1;  // kept from style to style when the family has no data
     for (int s = 0; s < styleRounds; ++s) found |= collectFace(walk, fond, s, firstRes, array);
@@ -138,13 +159,15 @@ bool walkResourceForks(const char* path, const FileForks& forks, uint32_t mask, 
 
 bool walkResourceFile(const char* path, uint32_t mask, TP_FontArray& array) {
   std::optional<FileForks> forks = openForks(path);
-  return forks && walkResourceForks(path, *forks, mask, array);
+  if (!forks) return TP_REFUSE_WHOLE("file", "the file cannot be read");
+  return walkResourceForks(path, *forks, mask, array);
 }
 
 }  // namespace
 
 bool createSpecifiers(const char* path, uint32_t mask, TP_FontArray& array) {
-  if (isForkCompanion(path)) return false;  // it carries another file's fork, never a font of its own
+  if (isForkCompanion(path))
+    return TP_REFUSE_WHOLE("file", "it holds another file's fork or Finder information, not a font of its own");
   const bool found = fontTypeFromExtension(path) == kExtensionTTC ? walkCollection(path, mask, array)
                                                                   : walkResourceFile(path, mask, array);
   if (found) array.RemoveDups();

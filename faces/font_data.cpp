@@ -5,6 +5,7 @@
 #include <string>
 
 #include "analysis/checksums.h"
+#include "base/diagnostics.h"
 #include "analysis/name_table.h"
 #include "analysis/type1_header.h"
 #include "resources/families.h"
@@ -95,13 +96,35 @@ void trimTrailingSpaces(UxString& text) {
   text.erase(end == std::string::npos ? 0 : end + 1);
 }
 
+// Why no kind could be decided, with what the file begins with.
+void refuseUnknownKind(const TFontData& fd) {
+  if (fd.resourceFile && fd.resourceFile->hasFamilies())
+    TP_REFUSE_WHOLE("kind", "the family has no outline or bitmap resource for this face");
+  else if (fd.resourceFile)
+    TP_REFUSE_WHOLE("kind", "a printer font file without families: its faces are read through the suitcase that names it");
+  else if (!fd.forks)
+    TP_REFUSE_WHOLE("kind", "the file cannot be read");
+  else if (fd.forks->dataFork.size < 4)
+    TP_REFUSE_WHOLE("kind", "not a font: a data fork of %zu bytes and no resource fork", fd.forks->dataFork.size);
+  else {
+    const uint8_t* b = fd.forks->dataFork.data;
+    TP_REFUSE("kind", 0, "not a font: first bytes %02X %02X %02X %02X", b[0], b[1], b[2], b[3]);
+  }
+}
+
 // The names of the face read as an sfnt.
 FaceOutcome collectSfntNames(TFontData& fd, Resource fond, short style, UxString& kind, UxString* platform,
                              UxString* foundry, UxString* family, UxString* version, UxString* postScriptName,
                              UxString* styledName, UxString* fullName, UxString* windowsFullName,
                              uint32_t* kerningChecksum) {
   loadFontDataIntoMemory(fd, fond, style);
-  if (!fd.data.data) return FaceOutcome::NoNames;
+  if (!fd.data.data) {
+    // An unknown kind loads nothing, and its refusal says why already.
+    if (fd.fontKind == kFontKindUnknown) return FaceOutcome::NoNames;
+    if (fd.isResourceFont) TP_REFUSE_WHOLE("face", "style %d has no outline resource to read", int(style));
+    else TP_REFUSE_WHOLE("face", "the data fork is empty or too large to read as a font");
+    return FaceOutcome::NoNames;
+  }
   if (fd.fontKind == kFontKindOpenTypeTT) kind = fontKindString(kFontKindOpenTypeTT);
   const bool gotNames = getMetaDataFromNamesTable(fd.font(), foundry, family, version, postScriptName, styledName,
                                                   fullName, windowsFullName);
@@ -189,11 +212,20 @@ void getMetaData_FontType(TFontData& fd, Resource fond, int style, UxString* kin
     if (has_ttc_true_Flag(rf, fond, short(style))) setKind(fd, kFontKindTrueType, kindString);
     else if (has_OTTO_Flag_inResource(rf, fond, short(style))) setKind(fd, kFontKindOpenTypePS, kindString);
     else if (rf.hasBitmapFonts()) setKind(fd, kFontKindPostScript, kindString);
+    if (fd.fontKind != kFontKindUnknown) {
+      TP_NOTE("kind", "%s, from the face's resources", fontKindString(fd.fontKind));
+      return;
+    }
   }
-  if (fd.fontKind != kFontKindUnknown) return;
   fd.extensionType = uint16_t(fontTypeFromExtension(fd.path));
   kindFromExtension(fd, kindString);
+  if (fd.fontKind != kFontKindUnknown) {
+    TP_NOTE("kind", "%s, from the extension .%s", fontKindString(fd.fontKind), kExtensions[fd.extensionType]);
+    return;
+  }
   if (fd.extensionType == kExtUnknown) kindFromHeader(fd, kindString);
+  if (fd.fontKind != kFontKindUnknown) TP_NOTE("kind", "%s, from the first bytes", fontKindString(fd.fontKind));
+  else refuseUnknownKind(fd);
 }
 
 void loadFontDataIntoMemory(TFontData& fd, Resource fond, short style) {

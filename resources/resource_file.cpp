@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <set>
 
+#include "base/diagnostics.h"
 #include "foundation/file_location.h"
 #include "platform/linux/fork_writer.h"
 
@@ -11,6 +12,17 @@ namespace {
 
 constexpr int16_t kPrinterFontFirstPOST = 501;
 constexpr uint32_t kTyp1 = tag("typ1");
+
+// Reading the data fork as a map is a probe: most data forks hold no map, so what it refuses is
+// kept apart under a topic of its own.
+std::optional<ResourceMap> readDataForkMap(ByteSpan dataFork) {
+  DiagnosticLog* outer = DiagnosticLog::current();
+  if (!outer) return ResourceMap::read(dataFork);
+  DiagnosticLog probe;
+  std::optional<ResourceMap> map = ResourceMap::read(dataFork);
+  outer->adopt(probe, "data fork as resource map");
+  return map;
+}
 
 }  // namespace
 
@@ -46,12 +58,13 @@ std::unique_ptr<ResourceFile> ResourceFile::open(const std::string& path, bool r
 // data fork read as a map, as a `.dfont` is. isDataFork is set whenever the data fork was tried.
 std::unique_ptr<ResourceFile> ResourceFile::open(const std::string& path, const FileForks& forks, bool readOnly) {
   std::unique_ptr<ResourceFile> rf(new ResourceFile(path, readOnly, forks));
-  rf->map_ = ResourceMap::read(rf->forks_.resourceFork);
+  if (!rf->forks_.resourceFork.empty()) rf->map_ = ResourceMap::read(rf->forks_.resourceFork);
   if (!rf->map_) {
     rf->isDataFork_ = true;
-    rf->map_ = ResourceMap::read(rf->forks_.dataFork);
+    rf->map_ = readDataForkMap(rf->forks_.dataFork);
   }
   if (!rf->map_) return nullptr;
+  TP_NOTE("resource map", "%zu types in the %s fork", size_t(rf->countTypes()), rf->isDataFork_ ? "data" : "resource");
   return rf;
 }
 

@@ -4,6 +4,7 @@
 
 #include "analysis/name_table.h"
 #include "analysis/type1_header.h"
+#include "base/diagnostics.h"
 #include "foundation/file_location.h"
 #include "foundation/file_system.h"
 #include "resources/families.h"
@@ -96,10 +97,15 @@ void asUTF8(UxString* s) {
 PSHeaderOutcome readPrinterFile(ResourceFile& rf, const UxString& path, Resource fond, short style,
                                 UxString* printerFilePath, const HeaderOutputs& out) {
   UxString name = getPSPrinterNameForFOND(rf, fond->data(), style);
-  if (name.empty()) return PSHeaderOutcome::NoPrinterFile;
+  if (name.empty()) {
+    TP_NOTE("printer file", "style %d: the family gives no PostScript name to look for", int(style));
+    return PSHeaderOutcome::NoPrinterFile;
+  }
   UxString printerPath = UxFileSystemParser::GetPathDeletingLastPathComponent(path) + name;
   if (printerFilePath) *printerFilePath = printerPath;
   auto printer = ResourceFile::open(printerPath, true);
+  TP_NOTE("printer file", "style %d: looked for %s: %s", int(style), printerPath.c_str(),
+          printer ? "found" : "missing or without resources");
   if (!printer) return PSHeaderOutcome::NoPrinterFile;
   bool read = walkPrinterFileHeader(*printer, [&](ByteSpan header) {
     GatherMetaDataFromResource(header, out.kind, out.foundry, out.family, out.version, out.postScriptName, out.styledName,
