@@ -22,7 +22,7 @@ std::vector<FileReport> identifyAll(const std::vector<std::string>& files, const
   Progress progress(files.size(), options.progress, STDERR_FILENO);
   auto work = [&] {
     for (size_t i = next++; i < files.size(); i = next++) {
-      reports[i] = identifyFile(files[i], options.mask, options.keepArrays);
+      reports[i] = identifyFile(files[i], options.mask, options.keepArrays, options.trace);
       progress.fileDone(reports[i].faces.size(), files[i]);
       if (!sink) continue;
       std::lock_guard<std::mutex> lock(sinking);
