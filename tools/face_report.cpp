@@ -5,6 +5,7 @@
 #include "api/explain.h"
 #include "api/font_specifier.h"
 #include "tools/file_checks.h"
+#include "tools/format_facts.h"
 
 namespace typeprint::cli {
 namespace {
@@ -23,6 +24,8 @@ std::optional<uint32_t> readNumber(NumberGetter getter, TP_FontArray* array, uin
   if (getter(array, index, &value) != TP_STATUS_OK) return std::nullopt;
   return value;
 }
+
+}  // namespace
 
 FaceReport readFace(TP_FontArray* array, uint32_t i) {
   FaceReport f;
@@ -51,8 +54,6 @@ FaceReport readFace(TP_FontArray* array, uint32_t i) {
   }
   return f;
 }
-
-}  // namespace
 
 std::vector<Attribute> faceAttributes(const FaceReport& f) {
   std::vector<Attribute> rows;
@@ -83,6 +84,14 @@ std::vector<Attribute> faceAttributes(const FaceReport& f) {
   checksum("kerningChecksum", f.kerningChecksum);
   number("familyResourceID", f.familyResourceID);
   number("style", f.style);
+  checksum("contentChecksum", f.contentChecksum);
+  text("contentKind", f.contentKind);
+  text("kindNote", f.kindNote);
+  text("styleName", f.styleName);
+  number("pixelSize", f.pixelSize);
+  if (f.pointSizes) rows.push_back({"pointSizes", nlohmann::ordered_json(*f.pointSizes)});
+  if (f.axes) rows.push_back({"axes", *f.axes});
+  if (f.instances) rows.push_back({"instances", *f.instances});
   return rows;
 }
 
@@ -106,6 +115,7 @@ FileReport identifyFile(const std::string& path, uint32_t mask, bool keepArray, 
   if (withTrace)
     for (const DiagnosticEntry& step : explained.trace) report.trace.push_back(describe(step));
   if (!explained.faces) {
+    if (identifyWithFormats(report, mask)) return report;
     const LibraryVerdict verdict =
         verdictFor(explained.refusal.value_or(DiagnosticEntry{true, "file", "no face was accepted", std::nullopt}));
     report.status = verdict.notAFont ? FileStatus::NotAFont : FileStatus::Failed;
@@ -114,6 +124,7 @@ FileReport identifyFile(const std::string& path, uint32_t mask, bool keepArray, 
   }
   std::shared_ptr<TP_FontArray> array = std::move(explained.faces);
   for (uint32_t i = 0; i < array->count(); ++i) report.faces.push_back(readFace(array.get(), i));
+  addFormatFacts(report);
   report.status = FileStatus::Ok;
   if (keepArray) report.array = std::move(array);
   return report;
