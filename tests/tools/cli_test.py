@@ -91,8 +91,6 @@ def damaged_files():
         ("Container", b"", patch(bytearray(double), fork_entry(double, 2) + 8, "I", 0xFFFFFF),
          "damaged: container: AppleSingle/AppleDouble entry 2"),
         ("picture.png", b"\x89PNG\r\n\x1a\n" + bytes(24), None, "not a font file of a kind typeprint reads (kind: not a font: first bytes 89 50 4E 47"),
-        ("NimbuSanReg", read(os.path.join(mac, "c-type1-family", "macbinary", "NimbuSanReg")), None,
-         "not a font file of a kind typeprint reads (kind: a printer font file"),
     ]
 
 
