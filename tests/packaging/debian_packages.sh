@@ -25,6 +25,7 @@ echo "packages built in $((SECONDS - start)) s"
 
 lintian --fail-on error "$top"/*.changes >"$top/lintian.log" 2>&1
 check "lintian finds no errors" test $? -eq 0
+echo "lintian: $(grep -c '^E:' "$top/lintian.log") errors, $(grep -c '^W:' "$top/lintian.log") warnings"
 grep -E '^[EW]:' "$top/lintian.log" | sort | uniq -c | sort -rn | head -20
 
 for package in libtypeprint1 libtypeprint-dev typeprint-data typeprint; do

@@ -3,7 +3,8 @@
 # (lib/x86_64-linux-gnu), each from a tree configured for that prefix, and uses each install as a
 # user would: the README's C example and a classification call built with pkg-config (shared, and
 # static against libtypeprint.a alone) and with find_package (typeprint::typeprint and
-# typeprint::typeprint_static), the installed command and a copy of it elsewhere.
+# typeprint::typeprint_static), the installed command and a copy of it elsewhere, and the command
+# with TYPEPRINT_DATA_DIR at an empty folder.
 set -uo pipefail
 source_dir=$1 tree=$2 here=$3 cc=$4 font=$5
 work=$(mktemp -d)
@@ -86,5 +87,11 @@ CMAKE
   check "a copied command classifies" same "$("$work/elsewhere/typeprint" classify "$family")" "$command_class"
   check "a copied command run by name classifies" same "$(PATH=$work/elsewhere typeprint classify "$family")" "$command_class"
   rm -rf "$work/elsewhere"
+
+  mkdir -p "$work/empty"
+  TYPEPRINT_DATA_DIR=$work/empty "$prefix/bin/typeprint" classify "$family" >/dev/null 2>"$work/err"
+  check "no data files: status 1" test $? -eq 1
+  check "no data files: the message names the place looked" \
+    grep -q "^typeprint: data files not found.*$work/empty" "$work/err"
 done
 [ "$failures" -eq 0 ] || { echo "$failures check(s) failed"; exit 1; }
