@@ -37,7 +37,8 @@ uint32_t referenceWordSum(uint32_t sum, const uint8_t* bytes, size_t size) {
 }
 
 TEST(Checksums, WordSumMatchesThePlainSumAtEveryLengthAndAlignment) {
-  EXPECT_EQ(ChecksumLongAlignedData(2, ByteSpan(Bytes{0xFF, 0xFF, 0xFF, 0xFF, 0, 0, 0, 1, 0xAB})), 0xAB000002u);
+  const Bytes words{0xFF, 0xFF, 0xFF, 0xFF, 0, 0, 0, 1, 0xAB};
+  EXPECT_EQ(ChecksumLongAlignedData(2, words), 0xAB000002u);
   std::mt19937 random(77);
   Bytes noise(4200), ones(4200, 0xFF);
   for (uint8_t& b : noise) b = uint8_t(random());
@@ -71,14 +72,14 @@ TEST(Checksums, KerningChecksumFallsBackToGlyfAndNeedsAValidTable) {  // real fo
 TEST(Checksums, FileCrcCoversTheDataForkThenTheResourceFork) {
   uint32_t crc = 0x6CEF5D8F;  // already the file's CRC (Python's zlib.crc32): false, nothing changed
   EXPECT_FALSE(CChecksum::CalculateFileChecksum(test::fontPath("sfnt/DejaVuSans-kern.ttf"), &crc, nullptr));
-  const Bytes data = test::asciiBytes("data"), resource = test::asciiBytes("rsrc!");
+  const Bytes data = test::bytesOf("data"), resource = test::bytesOf("rsrc!");
   FileForks forks;
   forks.dataFork = ByteSpan(data);
   forks.resourceFork = ByteSpan(resource);
   uint32_t dataFork = 0;
   EXPECT_TRUE(CChecksum::CalculateFileChecksum(&forks, &crc, &dataFork));
   EXPECT_EQ(dataFork, zlibCrc(0, data));
-  EXPECT_EQ(crc, zlibCrc(0, test::asciiBytes("datarsrc!")));
+  EXPECT_EQ(crc, zlibCrc(0, test::bytesOf("datarsrc!")));
   EXPECT_TRUE(CChecksum::CalculateFileChecksum(&forks, &crc, nullptr));  // unchanged, but a resource fork
 }
 
