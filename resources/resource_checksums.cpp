@@ -46,6 +46,18 @@ void walkKerningEntries(Handle fond, short style, Visit visit) {
   }
 }
 
+// The CRC of resource `h` continued from `crc`. A read-only file keeps each resource's own CRC,
+// so a resource that many faces share (one outline for thousands of families) is read once and
+// each face's CRC is combined with it.
+uint32_t continueCrc(void* rf, Handle h, uint32_t crc) {
+  TypeprintResourceFile& file = *static_cast<TypeprintResourceFile*>(rf);
+  const ByteSpan bytes = HandleBytes(h);
+  if (!file.isReadOnly()) return CChecksum::icrc(bytes, crc);
+  auto [cached, fresh] = file.resourceCrcCache().try_emplace(h, 0);
+  if (fresh) cached->second = CChecksum::icrc(bytes, 0);
+  return bytes.empty() ? crc : CChecksum::combine(crc, cached->second, bytes.size);
+}
+
 uint32_t byteSum(uint32_t sum, ByteSpan bytes) {
   for (uint8_t b : bytes) sum += b;
   return sum;
@@ -82,7 +94,7 @@ uint32_t ChecksumNFNTsfntFONT(void* rf, Handle fond, short style, uint32_t crc) 
   const auto continueOver = [&](uint32_t type, int16_t id) {
     Handle h = getHandleOfTypeAndResID(rf, type, id);
     if (!h) return;
-    crc = CChecksum::icrc(HandleBytes(h), crc);
+    crc = continueCrc(rf, h, crc);
     ReleaseResource(h);
   };
   for (int16_t id : ids) continueOver(kTypeSfnt, id);

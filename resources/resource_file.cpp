@@ -145,6 +145,7 @@ void TypeprintResourceFile::forget(Handle h) {
   if (found == entries_.end()) return;
   handles_.erase(found->second);
   entries_.erase(found);
+  resourceCrcs_.erase(h);
   SetHandleOwner(h, nullptr);
 }
 

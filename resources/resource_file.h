@@ -74,6 +74,9 @@ class TypeprintResourceFile final : private HandleOwner {
   const std::vector<FolderPrinterFont>& activatedFonts() const;
   // Cache of PostScript name to printer-file name, filled by the family readers.
   std::map<std::string, std::string>& printerFileFromPostscriptNameDict() { return qsPrinterFileFromPostscriptNameDict_; }
+  // Cache of each resource's own CRC-32 (from 0), filled by the checksum readers of a read-only
+  // file, whose handles keep their bytes until it closes.
+  std::unordered_map<Handle, uint32_t>& resourceCrcCache() { return resourceCrcs_; }
 
   // Resource manager operations on handles this file gave out. Each is false for a handle that
   // is not this file's.
@@ -114,6 +117,7 @@ class TypeprintResourceFile final : private HandleOwner {
   bool qsIsDataFork_ = false;
   std::optional<std::vector<FolderPrinterFont>> activatedFonts_;
   std::map<std::string, std::string> qsPrinterFileFromPostscriptNameDict_;
+  std::unordered_map<Handle, uint32_t> resourceCrcs_;
 
   std::optional<EditLock> editLock_;
   bool editAbandoned_ = false;
