@@ -171,6 +171,23 @@ TEST(Type1, SameProgramGivesTheSameFaceInEveryContainer) {
   }
 }
 
+TEST(Type1, CompanionFillsWhatTheHeaderLacks) {
+  // The PFA with its name keys renamed, beside each companion in turn (FontForge's AFM and PFM).
+  std::string pfa = test::readFile(formatFont("NimbusSans-Regular.pfa"));
+  for (const char* key : {"/FontName", "/FamilyName", "/FullName"}) pfa.replace(pfa.find(key), 3, "/Xx");
+  for (const char* companion : {"NimbusSans-Regular.afm", "NimbusSans-Regular.pfm"}) {
+    SCOPED_TRACE(companion);
+    test::ScratchDir dir;
+    test::writeFile(dir.file("font.pfa"), pfa);
+    const std::string extension = std::string(companion).substr(std::string(companion).size() - 4);
+    test::writeFile(dir.file("font" + extension), test::readFile(formatFont(companion)));
+    const TFormatFile file = readOrFail(dir.file("font.pfa"));
+    ASSERT_EQ(file.faces.size(), 1u);
+    EXPECT_EQ(file.faces[0].postScriptName, "NimbusSans-Regular");
+    EXPECT_EQ(file.faces[0].family, "Nimbus Sans");
+  }
+}
+
 TEST(Type1, DebianTextAndBinaryFormsOfOneFontAgree) {
   // fonts-urw-base35 ships each font as a .t1 (binary eexec) and a .pfb encrypted afresh.
   const std::string t1 = "/usr/share/fonts/type1/urw-base35/C059-Italic.t1";
@@ -201,6 +218,7 @@ TEST(BitmapFonts, ReadAsFcScanDoes) {
   const TFormatFile gz = readOrFail(formatFont("Fixed-5x7.pcf.gz"));
   EXPECT_EQ(pcf.faces[0].contentChecksum, gz.faces[0].contentChecksum);  // the decompressed file's CRC
   EXPECT_EQ(gz.container, "gzip");
+  EXPECT_EQ(gz.contentKind, "PCF");
 }
 
 TEST(MacBitmapFamilies, GiveFamilyStyleAndPointSizes) {
@@ -271,7 +289,7 @@ TEST(ContentKind, NotesNamesThatDisagreeWithTheBytes) {
   const Bytes ttf = readBytes(formatFont("DejaVuSans-subset.ttf"));
   const struct {
     const char* path;
-    const Bytes& bytes;
+    Bytes bytes;
     const char* note;
   } rows[] = {
       {"a/NimbusSans.otf", otf, ""},
@@ -280,6 +298,9 @@ TEST(ContentKind, NotesNamesThatDisagreeWithTheBytes) {
       {"a/DejaVu.TTF", ttf, ""},
       {"a.d/DejaVu", ttf, "the file name has no extension; its bytes are TrueType"},
       {"a/DejaVu.dfont", ttf, ""},
+      {"a/DejaVu.woff2", ttf, "named .woff2 (WOFF2) but its bytes are TrueType"},
+      {"a/Nimbus.ttc", readBytes(formatFont("NimbusSans-subset.otc")), ""},
+      {"a/5x7.pcf.gz", readBytes(formatFont("Fixed-5x7.pcf")), ""},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.path);

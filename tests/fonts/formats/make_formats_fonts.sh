@@ -13,7 +13,8 @@ export SOURCE_DATE_EPOCH=1700000000
 fontforge -lang=py -script "$here/make_type1_bitmaps.py" "$out" 2>/dev/null
 cd "$out"
 mv Fixed-5x7-7.bdf Fixed-5x7.bdf
-rm -f FixedBitmap.bin FixedBitmap.afm
+rm -f FixedBitmap.bin FixedBitmap.afm pfm-only.pfb
+mv pfm-only.pfm NimbusSans-Regular.pfm
 mv FixedBitmap.bmap.bin FixedBitmap-bitmaps.bin
 # The same Type 1 program in every container: PFA (hex), PFA with binary eexec (the PFB's
 # segments joined, the form Debian's .t1 files take), a printer file in MacBinary, and that
