@@ -21,8 +21,7 @@ constexpr size_t kKernPairSize = 4;
 // test the same place again; the walk is bounded by the entry count all the same. A negative
 // pair count steps back; a step before the start of the family ends the walk.
 template <typename Visit>
-void walkKerningEntries(Handle fond, short style, Visit visit) {
-  ByteSpan bytes = HandleBytes(fond);
+void walkKerningEntries(ByteSpan bytes, short style, Visit visit) {
   if (bytes.size < kFondHeaderSize) return;
   const uint64_t offset = fondTableOffset(bytes, kFondKerningTableOffsetField);
   if (offset == 0 || offset > bytes.size || bytes.size - offset < 2) return;
@@ -46,16 +45,11 @@ void walkKerningEntries(Handle fond, short style, Visit visit) {
   }
 }
 
-// The CRC of resource `h` continued from `crc`. A read-only file keeps each resource's own CRC,
-// so a resource that many faces share (one outline for thousands of families) is read once and
-// each face's CRC is combined with it.
-uint32_t continueCrc(void* rf, Handle h, uint32_t crc) {
-  TypeprintResourceFile& file = *static_cast<TypeprintResourceFile*>(rf);
-  const ByteSpan bytes = HandleBytes(h);
-  if (!file.isReadOnly()) return CChecksum::icrc(bytes, crc);
-  auto [cached, fresh] = file.resourceCrcCache().try_emplace(h, 0);
-  if (fresh) cached->second = CChecksum::icrc(bytes, 0);
-  return bytes.empty() ? crc : CChecksum::combine(crc, cached->second, bytes.size);
+// The CRC of a resource continued from `crc`: the resource's own CRC, taken once per file, is
+// combined into it, so a resource that many faces share is read once.
+uint32_t continueCrc(const ResourceFile& rf, Resource resource, uint32_t crc) {
+  const size_t size = resource->data().size;
+  return size == 0 ? crc : CChecksum::combine(crc, rf.ownCrc(resource), size);
 }
 
 uint32_t byteSum(uint32_t sum, ByteSpan bytes) {
@@ -65,37 +59,33 @@ uint32_t byteSum(uint32_t sum, ByteSpan bytes) {
 
 }  // namespace
 
-uint32_t GetBastionChecksum(Handle fond, short style) {
+uint32_t GetBastionChecksum(ByteSpan fond, short style) {
   uint32_t sum = 0;
   walkKerningEntries(fond, style, [&](ByteSpan header, ByteSpan pairs) { sum = byteSum(byteSum(sum, header), pairs); });
   return sum;
 }
 
-uint32_t ChecksumPrinterFile(void* rf, Handle fond, short style, uint32_t crc) {
+uint32_t ChecksumPrinterFile(ResourceFile* rf, ByteSpan fond, short style, uint32_t crc) {
   std::optional<UxString> path = CreatePrinterPath(rf, fond, style);
   if (!path) return crc;
-  auto printer = TypeprintResourceFile::initWithFile(*path, true);
+  auto printer = ResourceFile::open(*path, true);
   if (!printer) {
     uint32_t fileCrc = crc;
     return CChecksum::CalculateFileChecksum(*path, &fileCrc, nullptr) ? fileCrc : crc;
   }
   for (int id = kFirstPOSTResourceID; id <= INT16_MAX; ++id) {
-    Handle h = printer->getResourceHandleForType(kTypePOST, int16_t(id));
-    if (GetHandleSize(h) == 0) break;
-    crc = CChecksum::icrc(HandleBytes(h), crc);
-    printer->releaseResource(h);
+    ByteSpan post = dataOf(printer->find(kTypePOST, int16_t(id)));
+    if (post.empty()) break;
+    crc = CChecksum::icrc(post, crc);
   }
   return crc;
 }
 
-uint32_t ChecksumNFNTsfntFONT(void* rf, Handle fond, short style, uint32_t crc) {
-  if (GetHandleSize(fond) == 0) return crc;
-  const std::vector<int16_t> ids = getSortedResIDsForStyle(rf, fond, style);
+uint32_t ChecksumNFNTsfntFONT(const ResourceFile* rf, ByteSpan fond, short style, uint32_t crc) {
+  if (!rf || fond.empty()) return crc;
+  const std::vector<int16_t> ids = getSortedResIDsForStyle(fond, style);
   const auto continueOver = [&](uint32_t type, int16_t id) {
-    Handle h = getHandleOfTypeAndResID(rf, type, id);
-    if (!h) return;
-    crc = continueCrc(rf, h, crc);
-    ReleaseResource(h);
+    if (Resource r = rf->find(type, id)) crc = continueCrc(*rf, r, crc);
   };
   for (int16_t id : ids) continueOver(kTypeSfnt, id);
   // Tested for 0, not for "nothing added": a CRC that arrives non-zero skips the bitmaps.
@@ -107,7 +97,7 @@ uint32_t ChecksumNFNTsfntFONT(void* rf, Handle fond, short style, uint32_t crc) 
   return crc;
 }
 
-uint32_t GetLanternChecksum(const UxString& path, void* rf, Handle fond, short style, bool useDataFork,
+uint32_t GetLanternChecksum(const UxString& path, ResourceFile* rf, ByteSpan fond, short style, bool useDataFork,
                             uint32_t& chained, const FileForks* openedForks) {
   chained = 0;
   uint32_t kerning = 0;
