@@ -34,6 +34,7 @@ TEST(Explain, EachDamagedFileGivesItsParsersReason) {
   const struct { const char* name; Bytes bytes; Bytes companion; const char* reason; } rows[] = {
       {"picture.png", {0x89, 'P', 'N', 'G', 0x0D, 0x0A}, {}, "kind: not a font: first bytes 89 50 4E 47 (at 0x0)"},
       {"tiny", {'a', 'b'}, {}, "kind: not a font: a data fork of 2 bytes and no resource fork"},
+      {"short.ttf", Bytes(10, 0), {}, "name table: a font of 10 bytes is too short for a table directory"},
       {"noname.ttf", test::SfntBuilder().table("head", 8).build(), {},
        "name table: no name table in the table directory"},
       {"farname.ttf", test::patchU32(named, nameEntry + 8, 0x1234), {},
