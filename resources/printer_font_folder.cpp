@@ -1,7 +1,12 @@
 #include "resources/printer_font_folder.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cctype>
+#include <map>
+#include <mutex>
+#include <unordered_map>
+#include <utility>
 
 #include "analysis/type1_header.h"
 #include "platform/linux/apple_double.h"
@@ -72,6 +77,56 @@ std::optional<std::string> containerMacName(const std::string& path) {
   return std::string(name->bytes.begin(), name->bytes.end());
 }
 
+// A folder's sorted listing and what was read of its files, with the stamps they were read at.
+struct CachedPrinterFile {
+  posix::FileStamp file;
+  std::optional<posix::FileStamp> companion;  // the fork companion's, when the fork lives in one
+  std::string companionPath;
+  std::string postScriptName;  // empty for a file that is no printer font
+  bool isCurrent(const posix::FileStamp& now) const {
+    return now == file && (companionPath.empty() || posix::fileStamp(companionPath) == companion);
+  }
+};
+struct CachedFolder {
+  posix::FileStamp stamp;
+  std::vector<std::string> names;
+  std::unordered_map<std::string, CachedPrinterFile> files;
+};
+
+// Folders kept at most; past this the cache starts again.
+constexpr size_t kMaxCachedFolders = 64;
+
+std::mutex gFoldersMutex;
+std::map<std::pair<uint64_t, uint64_t>, CachedFolder> gFolders;  // by device and inode
+std::atomic<size_t> gFilesRead{0};
+
+// A copy of what is kept of the folder; its listing is current when its stamp equals `stamp`.
+std::optional<CachedFolder> cachedFolder(const posix::FileStamp& stamp) {
+  std::lock_guard<std::mutex> lock(gFoldersMutex);
+  auto found = gFolders.find({stamp.device, stamp.inode});
+  if (found == gFolders.end()) return std::nullopt;
+  return found->second;
+}
+
+void keepFolder(CachedFolder folder) {
+  std::lock_guard<std::mutex> lock(gFoldersMutex);
+  if (gFolders.size() >= kMaxCachedFolders) gFolders.clear();
+  const std::pair<uint64_t, uint64_t> key{folder.stamp.device, folder.stamp.inode};
+  gFolders[key] = std::move(folder);
+}
+
+CachedPrinterFile readPrinterFile(const std::string& path, const posix::FileStamp& stamp) {
+  ++gFilesRead;
+  CachedPrinterFile file;
+  file.file = stamp;
+  if (std::optional<FileForks> forks = openForks(path); forks && !forks->companionPath.empty()) {
+    file.companionPath = forks->companionPath;
+    file.companion = posix::fileStamp(file.companionPath);
+  }
+  file.postScriptName = printerFontPostScriptName(path);
+  return file;
+}
+
 }  // namespace
 
 std::string printerFontPostScriptName(const std::string& path) {
@@ -81,20 +136,40 @@ std::string printerFontPostScriptName(const std::string& path) {
 }
 
 std::vector<FolderPrinterFont> readFolderPrinterFonts(const std::string& folder) {
-  const std::string prefix = withDelimiter(folder);
-  std::optional<std::vector<std::string>> names = posix::listDirectory(prefix.empty() ? "." : prefix);
-  if (!names) return {};
-  if (names->size() > kMaxFolderEntries) names->resize(kMaxFolderEntries);
-  std::sort(names->begin(), names->end());
-  std::vector<FolderPrinterFont> fonts;
-  for (const std::string& name : *names) {
-    const std::string path = prefix + name;
-    if (isForkCompanion(path) || posix::entryKind(path) != posix::EntryKind::File) continue;
-    std::string psName = printerFontPostScriptName(path);
-    if (!psName.empty()) fonts.push_back({name, psName});
+  const std::string prefix = withDelimiter(folder), listed = prefix.empty() ? "." : prefix;
+  const std::optional<posix::FileStamp> folderStamp = posix::fileStamp(listed);
+  if (!folderStamp) return {};
+  std::optional<CachedFolder> cached = cachedFolder(*folderStamp);
+  CachedFolder entries;
+  entries.stamp = *folderStamp;
+  if (cached && cached->stamp == *folderStamp) {
+    entries.names = std::move(cached->names);
+  } else {
+    std::optional<std::vector<std::string>> names = posix::listDirectory(listed);
+    if (!names) return {};
+    if (names->size() > kMaxFolderEntries) names->resize(kMaxFolderEntries);
+    std::sort(names->begin(), names->end());
+    entries.names = std::move(*names);
   }
+  std::vector<FolderPrinterFont> fonts;
+  for (const std::string& name : entries.names) {
+    const std::string path = prefix + name;
+    if (isForkCompanion(path)) continue;
+    const std::optional<posix::FileStamp> stamp = posix::fileStamp(path);
+    if (!stamp || !stamp->regularFile) continue;
+    const CachedPrinterFile* known = nullptr;
+    if (cached) {
+      auto found = cached->files.find(name);
+      if (found != cached->files.end() && found->second.isCurrent(*stamp)) known = &found->second;
+    }
+    const CachedPrinterFile& file = entries.files[name] = known ? *known : readPrinterFile(path, *stamp);
+    if (!file.postScriptName.empty()) fonts.push_back({name, file.postScriptName});
+  }
+  keepFolder(std::move(entries));
   return fonts;
 }
+
+size_t printerFolderFilesRead() { return gFilesRead.load(); }
 
 std::optional<std::string> findPrinterFileInFolder(const std::string& folder, const std::string& name) {
   // A name is one path component.

@@ -16,8 +16,14 @@ struct FolderPrinterFont {
 };
 
 // The printer fonts of `folder` (a path with or without its "/"; empty for the working folder),
-// in file-name order. Fork companions (`._N` and the like) and folders are skipped.
+// in file-name order. Fork companions (`._N` and the like) and anything but regular files are
+// skipped. A folder's listing and each file's PostScript name are kept for the process, so that
+// the many suitcases of one large folder do not each read every file of it again: the listing
+// is read again when the folder changes, and a name when its file or fork companion changes.
 std::vector<FolderPrinterFont> readFolderPrinterFonts(const std::string& folder);
+
+// How many files readFolderPrinterFonts has read a PostScript name from, in this process.
+size_t printerFolderFilesRead();
 
 // The PostScript name in the header of the printer font at `path`: from its `POST` resources,
 // or from the first bytes of a `.pfb`/`.pfa` data fork. Empty when it is no printer font.

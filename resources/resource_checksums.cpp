@@ -45,6 +45,13 @@ void walkKerningEntries(ByteSpan bytes, short style, Visit visit) {
   }
 }
 
+// The CRC of a resource continued from `crc`: the resource's own CRC, taken once per file, is
+// combined into it, so a resource that many faces share is read once.
+uint32_t continueCrc(const ResourceFile& rf, Resource resource, uint32_t crc) {
+  const size_t size = resource->data().size;
+  return size == 0 ? crc : CChecksum::combine(crc, rf.ownCrc(resource), size);
+}
+
 uint32_t byteSum(uint32_t sum, ByteSpan bytes) {
   for (uint8_t b : bytes) sum += b;
   return sum;
@@ -78,7 +85,7 @@ uint32_t ChecksumNFNTsfntFONT(const ResourceFile* rf, ByteSpan fond, short style
   if (!rf || fond.empty()) return crc;
   const std::vector<int16_t> ids = getSortedResIDsForStyle(fond, style);
   const auto continueOver = [&](uint32_t type, int16_t id) {
-    if (Resource r = rf->find(type, id)) crc = CChecksum::icrc(r->data(), crc);
+    if (Resource r = rf->find(type, id)) crc = continueCrc(*rf, r, crc);
   };
   for (int16_t id : ids) continueOver(kTypeSfnt, id);
   // Tested for 0, not for "nothing added": a CRC that arrives non-zero skips the bitmaps.

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <set>
 
+#include "analysis/checksums.h"
 #include "base/diagnostics.h"
 #include "foundation/file_location.h"
 #include "platform/linux/fork_writer.h"
@@ -90,6 +91,12 @@ const std::vector<FolderPrinterFont>& ResourceFile::folderPrinterFonts() {
   if (!folderPrinterFonts_)
     folderPrinterFonts_ = readFolderPrinterFonts(UxFileSystemParser::GetPathDeletingLastPathComponent(path_));
   return *folderPrinterFonts_;
+}
+
+uint32_t ResourceFile::ownCrc(Resource resource) const {
+  auto [cached, fresh] = resourceCrcs_.try_emplace(resource, 0);
+  if (fresh) cached->second = CChecksum::icrc(resource->data(), 0);
+  return cached->second;
 }
 
 bool ResourceFile::update() {

@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "base/be_reader.h"
@@ -76,14 +77,25 @@ class ResourceFile final {
   const std::vector<FolderPrinterFont>& folderPrinterFonts();
   // Cache of PostScript name to printer-file name, filled by the family readers.
   std::map<std::string, std::string>& printerFileCache() { return printerFileCache_; }
+  // The CRC-32 (from 0) of a resource's bytes, taken once: a resource that many faces chain into
+  // their checksums (one outline shared by thousands of families) is read once.
+  uint32_t ownCrc(Resource resource) const;
+  // How many resources' CRCs have been taken.
+  size_t crcsTaken() const { return resourceCrcs_.size(); }
 
   // Edits of the map in memory, written by update() or on closing. Each is false for a resource
   // that is not this file's.
-  bool replaceData(Resource resource, std::vector<uint8_t> bytes) { return map_->setData(resource, std::move(bytes)); }
+  bool replaceData(Resource resource, std::vector<uint8_t> bytes) {
+    resourceCrcs_.erase(resource);
+    return map_->setData(resource, std::move(bytes));
+  }
   // New ID, and a new name unless `name` is null.
   bool setInfo(Resource resource, int16_t id, const std::string* name) { return map_->setInfo(resource, id, name); }
   // The resource is gone from the map, and the pointer with it.
-  bool remove(Resource resource) { return map_->remove(resource); }
+  bool remove(Resource resource) {
+    resourceCrcs_.erase(resource);
+    return map_->remove(resource);
+  }
   Resource add(uint32_t type, int16_t id, const std::string* name, std::vector<uint8_t> bytes) {
     return map_->add(type, id, name, std::move(bytes));
   }
@@ -102,6 +114,7 @@ class ResourceFile final {
   bool isDataFork_ = false;
   std::optional<std::vector<FolderPrinterFont>> folderPrinterFonts_;
   std::map<std::string, std::string> printerFileCache_;
+  mutable std::unordered_map<Resource, uint32_t> resourceCrcs_;  // a cache of ownCrc
   std::optional<EditLock> editLock_;
   bool editAbandoned_ = false;
   WriteResult lastWrite_;

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "api/explain.h"
 #include "api/font_specifier.h"
 #include "tools/file_checks.h"
 #include "tools/format_facts.h"
@@ -54,14 +55,6 @@ FaceReport readFace(TP_FontArray* array, uint32_t i) {
   return f;
 }
 
-namespace {
-
-struct ArrayFree {
-  void operator()(TP_FontArray* array) const { TP_SpecifierFree(array); }
-};
-
-}  // namespace
-
 std::vector<Attribute> faceAttributes(const FaceReport& f) {
   std::vector<Attribute> rows;
   auto text = [&rows](const char* key, const std::optional<std::string>& value) {
@@ -111,22 +104,25 @@ const char* statusName(FileStatus status) {
   return "failed";
 }
 
-FileReport identifyFile(const std::string& path, uint32_t mask, bool keepArray) {
+FileReport identifyFile(const std::string& path, uint32_t mask, bool keepArray, bool withTrace) {
   FileReport report;
   report.path = path;
   if (std::optional<std::string> reason = unreadableReason(path)) {
     report.error = *reason;
     return report;
   }
-  TP_FontArray* created = nullptr;
-  if (TP_CreateSpecifier(path.c_str(), 0, mask, &created) != TP_STATUS_OK) {
+  Explanation explained = explainIdentification(path, mask);
+  if (withTrace)
+    for (const DiagnosticEntry& step : explained.trace) report.trace.push_back(describe(step));
+  if (!explained.faces) {
     if (identifyWithFormats(report, mask)) return report;
-    const LibraryVerdict verdict = libraryVerdict(path);
+    const LibraryVerdict verdict =
+        verdictFor(explained.refusal.value_or(DiagnosticEntry{true, "file", "no face was accepted", std::nullopt}));
     report.status = verdict.notAFont ? FileStatus::NotAFont : FileStatus::Failed;
     report.error = verdict.reason;
     return report;
   }
-  std::shared_ptr<TP_FontArray> array(created, ArrayFree());
+  std::shared_ptr<TP_FontArray> array = std::move(explained.faces);
   for (uint32_t i = 0; i < array->count(); ++i) report.faces.push_back(readFace(array.get(), i));
   addFormatFacts(report);
   report.status = FileStatus::Ok;

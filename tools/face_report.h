@@ -58,14 +58,16 @@ struct FileReport {
   std::string error;  // why, when the status is not Ok
   std::vector<FaceReport> faces;
   std::shared_ptr<TP_FontArray> array;  // the library's records, kept only when asked for
+  std::vector<std::string> trace;       // the decisions the library took, when asked for
 };
 
 // Every attribute of face `index` of the library's records.
 FaceReport readFace(TP_FontArray* array, uint32_t index);
 
 // Identifies one file with `mask`. Paths that are not regular readable files are never handed to
-// the library; their report carries the system's reason.
-FileReport identifyFile(const std::string& path, uint32_t mask, bool keepArray = false);
+// the library; their report carries the system's reason, and a file that gives no face the
+// library's first reason.
+FileReport identifyFile(const std::string& path, uint32_t mask, bool keepArray = false, bool withTrace = false);
 
 // 8 lower-case hexadecimal digits.
 std::string hex8(uint32_t value);

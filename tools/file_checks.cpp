@@ -7,9 +7,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "base/be_reader.h"
-#include "platform/linux/fork_locator.h"
-#include "resources/resource_file.h"
+#include "api/explain.h"
 
 namespace typeprint::cli {
 
@@ -38,19 +36,18 @@ std::optional<std::string> unreadableReason(const std::string& path) {
   return std::nullopt;
 }
 
-LibraryVerdict libraryVerdict(const std::string& path) {
-  const LibraryVerdict notAFont{true, "not a font file of a kind typeprint reads"};
-  const LibraryVerdict damaged{false, "damaged font file: it gives no face"};
-  std::optional<FileForks> forks = openForks(path);
-  if (!forks) return damaged;
-  // A resource file is a font of its own when it holds families or outlines; a printer file
-  // (POST resources only) is read through the suitcase that names it.
-  if (auto rf = ResourceFile::open(path, *forks, true))
-    return rf->hasFamilies() || rf->count(kTypeSfnt) > 0 ? damaged : notAFont;
-  BEReader r(forks->dataFork);
-  const uint32_t magic = r.u32();
-  const bool sfnt = magic == 0x00010000 || magic == tag("OTTO") || magic == tag("true") || magic == tag("ttcf");
-  return sfnt ? damaged : notAFont;
+LibraryVerdict verdictFor(const DiagnosticEntry& refusal) {
+  const std::string topic = refusal.topic;
+  const std::string why = describe(refusal);
+  // The kind decision refuses files that are no font at all, and printer files, which are read
+  // through the suitcase that names them; the file check refuses companions carrying another
+  // file's fork. Every other refusal is a parser finding something wrong in a font.
+  const bool notAFont = (topic == "kind" && (refusal.text.rfind("not a font", 0) == 0 ||
+                                             refusal.text.rfind("a printer font file", 0) == 0)) ||
+                        (topic == "file" && refusal.text.rfind("it holds another file's fork", 0) == 0);
+  if (notAFont) return {true, "not a font file of a kind typeprint reads (" + why + ")"};
+  if (topic == "file" && refusal.text == "no face was accepted") return {false, "no faces"};
+  return {false, "damaged: " + why};
 }
 
 }  // namespace typeprint::cli

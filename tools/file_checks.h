@@ -1,9 +1,11 @@
 // Why a path gave no face: first what the system says about it (before the library is asked),
-// then the library's verdict on a regular file it could not identify.
+// then the library's own reason for a regular file it could not identify.
 #pragma once
 
 #include <optional>
 #include <string>
+
+#include "base/diagnostics.h"
 
 namespace typeprint::cli {
 
@@ -16,11 +18,11 @@ EntryType entryType(const std::string& path, bool followLinks);
 // for FIFOs, sockets and devices a note that they are not read (they are never opened).
 std::optional<std::string> unreadableReason(const std::string& path);
 
-// The library's verdict on a readable file that gave no face.
+// How the library judged a readable file that gave no face, from the first reason it recorded.
 struct LibraryVerdict {
   bool notAFont;       // not a font of a kind the library reads (else: a font it could not read)
   std::string reason;  // in words, for "typeprint: PATH: REASON"
 };
-LibraryVerdict libraryVerdict(const std::string& path);
+LibraryVerdict verdictFor(const DiagnosticEntry& refusal);
 
 }  // namespace typeprint::cli

@@ -15,6 +15,7 @@ struct IdentifyOptions {
   uint32_t mask = TP_ATTR_ALL;
   unsigned workers = 1;
   bool keepArrays = false;  // for the XML and property-list documents
+  bool trace = false;       // keep the library's decisions (identify --explain)
   bool progress = false;    // on stderr, when it is a terminal
 };
 

@@ -30,6 +30,16 @@ std::string fileText(const FileReport& report) {
   return out;
 }
 
+std::string explanationText(const FileReport& report) {
+  std::string out = report.path + ": how it was read\n";
+  for (const std::string& step : report.trace) out += "  " + step + "\n";
+  if (report.status == FileStatus::Ok)
+    out += "  result: " + std::to_string(report.faces.size()) + (report.faces.size() == 1 ? " face\n" : " faces\n");
+  else
+    out += "  result: " + report.error + "\n";
+  return out;
+}
+
 std::string scanLines(const FileReport& report) {
   std::string out;
   for (const FaceReport& f : report.faces) {

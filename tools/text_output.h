@@ -15,6 +15,10 @@ std::string attributeText(const AttributeValue& value);
 // "PATH: N faces" and each face's attributes.
 std::string fileText(const FileReport& report);
 
+// "PATH: how it was read", the library's decisions one per line, and the outcome: the number of
+// faces or why there were none.
+std::string explanationText(const FileReport& report);
+
 // "POSTSCRIPTNAME KIND CHECKSUM PATH" for each face.
 std::string scanLines(const FileReport& report);
 

@@ -85,6 +85,19 @@ EntryKind entryKind(const std::string& path, bool followLinks) {
   return EntryKind::Other;
 }
 
+std::optional<FileStamp> fileStamp(const std::string& path) {
+  struct stat st;
+  if (::stat(path.c_str(), &st) != 0) return std::nullopt;
+  FileStamp stamp;
+  stamp.device = uint64_t(st.st_dev);
+  stamp.inode = uint64_t(st.st_ino);
+  stamp.size = uint64_t(st.st_size);
+  stamp.modifiedNs = int64_t(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec;
+  stamp.changedNs = int64_t(st.st_ctim.tv_sec) * 1000000000 + st.st_ctim.tv_nsec;
+  stamp.regularFile = S_ISREG(st.st_mode);
+  return stamp;
+}
+
 std::optional<int64_t> modificationTime(const std::string& path) {
   struct stat st;
   if (::stat(path.c_str(), &st) != 0) return std::nullopt;

@@ -14,6 +14,20 @@ enum class EntryKind { Missing, File, Directory, Symlink, Other };
 // What is at `path`; with followLinks false a symbolic link reports itself.
 EntryKind entryKind(const std::string& path, bool followLinks = true);
 
+// What identifies a file system entry and its last change: equal stamps taken at two times mean
+// the entry was (as far as the file system tells) not replaced or changed in between.
+struct FileStamp {
+  uint64_t device = 0, inode = 0, size = 0;
+  int64_t modifiedNs = 0, changedNs = 0;
+  bool regularFile = false;
+  bool operator==(const FileStamp& o) const {
+    return device == o.device && inode == o.inode && size == o.size && modifiedNs == o.modifiedNs &&
+           changedNs == o.changedNs && regularFile == o.regularFile;
+  }
+};
+// The stamp of the entry at `path`, links followed; nothing when it does not exist.
+std::optional<FileStamp> fileStamp(const std::string& path);
+
 // Seconds since 1970-01-01 UTC of the last change of the contents.
 std::optional<int64_t> modificationTime(const std::string& path);
 bool setModificationTime(const std::string& path, int64_t seconds);

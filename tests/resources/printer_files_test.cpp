@@ -3,11 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <set>
 
 #include "builders/fond_builder.h"
 #include "builders/resource_fork_builder.h"
 #include "resources/printer_files.h"
+#include "resources/printer_font_folder.h"
 #include "support/mac_fixtures.h"
 #include "support/resource_files.h"
 
@@ -143,6 +145,37 @@ TEST(PrinterFiles, AnswersAreCachedForTheLifeOfTheObject) {
   EXPECT_FALSE(CreatePrinterPath(rf.get(), firstFamily(rf), 1));  // the file is gone
   auto reopened = test::openResourceFile(dir.file("NimbusSans"));  // a new object reads the folder again
   EXPECT_EQ(CreatePrinterPath(reopened.get(), firstFamily(reopened), 1).value_or(""), dir.file("Bold"));
+}
+
+// A folder's files are read once across all the suitcases that look into it, and again only
+// when they change: each step names how many files it reads and the printer fonts it finds.
+TEST(PrinterFiles, AFolderIsReadOnceUntilItsFilesChange) {
+  test::ScratchDir dir;
+  const fs::path fixtures = test::macFixture("c-type1-family/appledouble");
+  for (const char* name : {"NimbuSanReg", "._NimbuSanReg", "NimbuSanBol", "._NimbuSanBol", "NimbusSans", "._NimbusSans"})
+    fs::copy_file(fixtures / name, dir.file(name));
+  for (int i = 0; i < 40; ++i) test::writeFile(dir.file("other" + std::to_string(i)), "not a font");
+  const auto fonts = [&] {
+    std::string listed;
+    for (const FolderPrinterFont& font : readFolderPrinterFonts(dir.path())) listed += font.fileName + "=" + font.postScriptName + " ";
+    return listed;
+  };
+  const std::string both = "NimbuSanBol=NimbusSans-Bold NimbuSanReg=NimbusSans-Regular ";
+  const struct { const char* what; std::function<void()> change; size_t reads; std::string listed; } steps[] = {
+      {"first look", [] {}, 43, both},
+      {"another suitcase looks", [] {}, 0, both},
+      {"a file is added", [&] { test::writeFile(dir.file("new"), "x"); }, 1, both},
+      {"a companion is replaced", [&] { fs::copy_file(fixtures / "._NimbuSanReg", dir.file("._NimbuSanBol"), fs::copy_options::overwrite_existing); },
+       1, "NimbuSanBol=NimbusSans-Regular NimbuSanReg=NimbusSans-Regular "},
+      {"a printer file is removed", [&] { fs::remove(dir.file("NimbuSanReg")); }, 0, "NimbuSanBol=NimbusSans-Regular "},
+  };
+  for (const auto& step : steps) {
+    SCOPED_TRACE(step.what);
+    step.change();
+    const size_t before = printerFolderFilesRead();
+    EXPECT_EQ(fonts(), step.listed);
+    EXPECT_EQ(printerFolderFilesRead() - before, step.reads);
+  }
 }
 
 }  // namespace

@@ -96,5 +96,29 @@ TEST(ResourceChecksums, BitmapsAndPrinterFilesOfBuiltFamilies) {
   }
 }
 
+// 200 families sharing one outline, each with its own kerning: every face's CRC is the zlib CRC
+// of its kerning pairs then the outline, and the outline's bytes are read once for all of them.
+TEST(ResourceChecksums, AnOutlineSharedByManyFamiliesIsReadOnce) {
+  constexpr int kFamilies = 200;
+  const Bytes outline(100000, 0x5A);
+  ResourceForkBuilder fork;
+  fork.add("sfnt", 500, outline);
+  for (int f = 0; f < kFamilies; ++f)
+    fork.add("FOND", int16_t(1000 + f), FondBuilder().entry(0, 0, 500).kerning(0, int16_t(1 + f % 7)).build());
+  test::ScratchDir dir;
+  auto rf = test::writeAndOpen(dir, "shared.dfont", fork.build());
+  ASSERT_TRUE(rf);
+  for (int f = 0; f < kFamilies; ++f) {
+    SCOPED_TRACE(f);
+    Bytes pairs;
+    for (int p = 0; p < 1 + f % 7; ++p) pairs.insert(pairs.end(), {uint8_t(p), uint8_t(p + 1), 0, uint8_t(p)});
+    uint32_t chained = 0;
+    const ByteSpan fond = rf->find(kTypeFOND, int16_t(1000 + f))->data();
+    EXPECT_EQ(GetLanternChecksum(dir.file("shared.dfont"), rf.get(), fond, 0, false, chained),
+              zlibCrc(outline, zlibCrc(pairs)));
+  }
+  EXPECT_EQ(rf->crcsTaken(), 1u);
+}
+
 }  // namespace
 }  // namespace typeprint

@@ -18,6 +18,7 @@ import sys
 import tempfile
 import time
 import unittest
+import struct
 import xml.dom.minidom
 
 import jsonschema
@@ -41,6 +42,56 @@ def run(*args, cwd=None, env=None, timeout=20, user=None):
         command = ["setpriv", "--reuid=" + user, "--regid=nogroup", "--clear-groups", *command]
     done = subprocess.run(command, cwd=cwd, env=env, capture_output=True, timeout=timeout)
     return done.returncode, done.stdout, done.stderr.decode("utf-8", "replace")
+
+
+def read(path):
+    with open(path, "rb") as f:
+        return bytearray(f.read())
+
+
+def patch(data, offset, fmt, value):
+    struct.pack_into(">" + fmt, data, offset, value)
+    return data
+
+
+def sfnt_entry(font, tag):
+    """The offset of a table's directory entry in an sfnt font."""
+    count = struct.unpack_from(">H", font, 4)[0]
+    return next(12 + 16 * i for i in range(count) if font[12 + 16 * i:16 + 16 * i] == tag)
+
+
+def fork_entry(container, entry_id):
+    """The (offset, length) field offset of an AppleSingle/AppleDouble entry."""
+    count = struct.unpack_from(">H", container, 24)[0]
+    return next(26 + 12 * i for i in range(count) if struct.unpack_from(">I", container, 26 + 12 * i)[0] == entry_id)
+
+
+def break_type_list(fork, at=0):
+    """A resource fork at `at` whose type list claims 32768 types."""
+    map_offset = at + struct.unpack_from(">I", fork, at + 4)[0]
+    type_list = map_offset + struct.unpack_from(">H", fork, map_offset + 24)[0]
+    return patch(fork, type_list, "H", 0x7FFF)
+
+
+def damaged_files():
+    """One damaged file per parser: (name, bytes, AppleDouble companion or None, words its reason holds)."""
+    kern, ttc = read(os.path.join(SFNT, "DejaVuSans-kern.ttf")), read(TTC3)
+    mac = os.path.join(FONTS, "mac")
+    double = read(os.path.join(mac, "b-suitcase-truetype", "appledouble", "._DejaVuSans"))
+    fork_at = struct.unpack_from(">I", double, fork_entry(double, 2) + 4)[0]
+    return [
+        ("cut.ttf", kern[:40], None, "damaged: name table: no name table in the table directory"),
+        ("far-name.ttf", patch(read(os.path.join(SFNT, "DejaVuSans-kern.ttf")), sfnt_entry(kern, b"name") + 8, "I",
+                               0x7FFFFFF0), None, "damaged: name table: name table offset 0x7FFFFFF0"),
+        ("far-faces.ttc", patch(patch(patch(ttc, 12, "I", 1 << 28), 16, "I", 1 << 28), 20, "I", 1 << 28), None,
+         "damaged: collection: face 0 at 0x10000000"),
+        ("map.dfont", break_type_list(read(os.path.join(mac, "a-dfont", "DejaVuSans.dfont"))), None,
+         "damaged: data fork as resource map: type list count 32768"),
+        ("Suitcase", b"", break_type_list(bytearray(double), fork_at), "damaged: resource map: type list count 32768"),
+        ("Container", b"", patch(bytearray(double), fork_entry(double, 2) + 8, "I", 0xFFFFFF),
+         "damaged: container: AppleSingle/AppleDouble entry 2"),
+        ("picture.png", b"\x89PNG\r\n\x1a\n" + bytes(24), None, "not a font file of a kind typeprint reads (kind: not a font: first bytes 89 50 4E 47"),
+    ]
 
 
 class Command(unittest.TestCase):
@@ -96,6 +147,7 @@ class Command(unittest.TestCase):
             ("damaged font", ["identify", "tree/sub/damaged.ttf"], 1, "", "damaged.ttf: damaged"),
             ("FIFO named directly is not opened", ["identify", "tree/fifo"], 1, "", "fifo: a FIFO, not read"),
             ("-q silences messages, not the status", ["identify", "-q", "nothere.ttf"], 1, "", None),
+            ("-o names the failing output", ["scan", "-o", "nowhere/x.txt", SFNT], 1, "", "No such file or directory"),
             ("checksums are lower-case hex in text", ["identify", TTC3], 0, "checksum          e902afd2", ""),
         ]
         for what, args, status, out, err in rows:
@@ -107,6 +159,38 @@ class Command(unittest.TestCase):
                     self.assertEqual(stderr, "")
                 else:
                     self.assertIn(err, stderr)
+
+    def test_damaged_files_say_why(self):
+        folder = os.path.join(self.work, "damaged")
+        os.makedirs(folder)
+        for name, data, companion, reason in damaged_files():
+            with self.subTest(name):
+                path = os.path.join(folder, name)
+                write(path, bytes(data))
+                if companion is not None:
+                    write(os.path.join(folder, "._" + name), bytes(companion))
+                code, _, stderr = run("identify", path)
+                self.assertEqual(code, 1)
+                self.assertTrue(stderr.startswith(f"typeprint: {path}: {reason}"), stderr)
+                self.assertEqual(stderr.count("\n"), 1)
+                code, stdout, _ = run("identify", "--explain", path)
+                explained = stdout.decode()
+                self.assertTrue(explained.startswith(path + ": how it was read\n  "), explained)
+                self.assertIn("\n  result: " + reason, explained)
+                _, stdout, _ = run("identify", "-f", "json", path)
+                entry = self.valid_json(stdout)["files"][0]
+                self.assertEqual(entry["status"], "not-a-font" if reason.startswith("not a font") else "failed")
+                self.assertTrue(entry["error"].startswith(reason))
+
+    def test_explain_tells_the_decisions_for_a_good_file(self):
+        path = os.path.join(FONTS, "mac", "c-type1-family", "appledouble", "NimbusSans")
+        code, stdout, _ = run("identify", "--explain", path)
+        explained = stdout.decode()
+        self.assertEqual(code, 0)
+        for step in ("forks: an AppleDouble companion", "kind: PostScript", "printer file: ", "result: "):
+            self.assertIn("\n  " + step, explained)
+        code, _, stderr = run("identify", "--explain", "-f", "json", path)
+        self.assertEqual((code, "--explain" in stderr), (2, True))
 
     def test_scan_walks_odd_trees(self):
         rows = [
@@ -146,12 +230,16 @@ class Command(unittest.TestCase):
     def test_json_documents_validate(self):
         rows = [
             ("identify", ["identify", "-f", "json", TTC3, "tree/README", "nothere"]),
-            ("scan", ["scan", "-f", "json", "tree"]),
+            ("scan, written with -o", ["scan", "-f", "json", "-o", "scan.json", "tree"]),
             ("duplicates", ["duplicates", "-f", "json", SFNT, "tree"]),
         ]
         for what, args in rows:
             with self.subTest(what):
                 _, stdout, _ = run(*args, cwd=self.work)
+                if "-o" in args:
+                    self.assertEqual(stdout, b"")
+                    with open(os.path.join(self.work, "scan.json"), "rb") as f:
+                        stdout = f.read()
                 document = self.valid_json(stdout)
                 statuses = {f["status"] for f in document["files"]}
                 self.assertTrue({"ok", "failed"} <= statuses or what == "duplicates", statuses)

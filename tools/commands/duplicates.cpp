@@ -13,6 +13,7 @@
 #include "tools/file_walk.h"
 #include "tools/identify_files.h"
 #include "tools/json_output.h"
+#include "tools/output.h"
 #include "tools/text_output.h"
 #include "tools/utf8_text.h"
 
@@ -30,6 +31,7 @@ constexpr size_t kVerdictColumn = 17;
 
 struct DuplicatesArgs {
   std::string format;
+  std::string output;
   WalkOptions walk;
   std::vector<std::string> paths;
 };
@@ -241,17 +243,19 @@ int runDuplicates(const DuplicatesArgs& args) {
   size_t conflicts = 0;
   for (const TDuplicateGroup& g : groups) conflicts += g.hasConflict;
 
+  Output out(args.output);
   if (args.format == "json") {
     Json document = outputDocument(reports, summary);
     Json list = Json::array();
     for (size_t i = 0; i < groups.size(); ++i) list.push_back(groupJson(groups[i], choices[i], copies));
     document["groups"] = std::move(list);
-    std::printf("%s\n", jsonText(document).c_str());
+    out.write(jsonText(document) + "\n");
   } else {
-    for (size_t i = 0; i < groups.size(); ++i) std::fputs(groupText(groups[i], choices[i], copies).c_str(), stdout);
-    std::printf("%zu groups of copies, %zu with conflicts\n", groups.size(), conflicts);
+    for (size_t i = 0; i < groups.size(); ++i) out.write(groupText(groups[i], choices[i], copies));
+    out.write(std::to_string(groups.size()) + " groups of copies, " + std::to_string(conflicts) + " with conflicts\n");
     std::fputs(summaryText(summary).c_str(), stderr);
   }
+  if (!out.finish()) return kExitSomeFileFailed;
   if (conflicts) return kExitConflicts;
   return failed ? kExitSomeFileFailed : kExitOk;
 }
@@ -265,6 +269,7 @@ Command addDuplicatesCommand(CLI::App& parent) {
   addFormatOption(*app, args->format, {"text", "json"});
   addJobsOption(*app, args->walk);
   addQuietOption(*app, args->walk.quiet);
+  addOutputOption(*app, args->output);
   app->add_option("PATH", args->paths, "folders and files (default: the folders fontconfig is configured with)");
   app->footer("Symbolic links are followed and reported as the same file. Exit status: 0 without\n"
               "conflicts, 3 when two different fonts share a PostScript name, 1 when some file\n"

@@ -9,6 +9,7 @@
 #include "tools/documents.h"
 #include "tools/identify_files.h"
 #include "tools/json_output.h"
+#include "tools/output.h"
 #include "tools/text_output.h"
 
 namespace typeprint::cli {
@@ -17,7 +18,9 @@ namespace {
 struct IdentifyArgs {
   std::string format;
   std::string mask;
+  std::string output;
   bool quiet = false;
+  bool explain = false;
   std::vector<std::string> files;
 };
 
@@ -35,19 +38,24 @@ int runIdentify(const IdentifyArgs& args) {
   if (!args.mask.empty()) parseMask(args.mask, &options.mask);
   if ((options.mask & TP_ATTR_FOUNDRY_NAME) && !dataFilesFound()) return kExitSomeFileFailed;
   options.keepArrays = args.format == "xml" || args.format == "plist";
+  options.trace = args.explain;
   const bool lines = args.format == "jsonl";
-  auto sink = [](const FileReport& r) { std::printf("%s\n", jsonText(fileJson(r)).c_str()); };
+  Output out(args.output);
+  auto sink = [&out](const FileReport& r) { out.write(jsonText(fileJson(r)) + "\n"); };
   const std::vector<FileReport> reports = identifyAll(args.files, options, lines ? ReportSink(sink) : nullptr);
   const bool failed = reportFailures(reports, true, args.quiet);
   const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 
-  if (args.format == "text")
-    for (const FileReport& r : reports)
-      if (r.status == FileStatus::Ok) std::fputs(fileText(r).c_str(), stdout);
-  if (args.format == "json") std::printf("%s\n", jsonText(outputDocument(reports, summarize(reports, seconds))).c_str());
-  if (args.format == "xml") std::fputs(combinedXML(reports).c_str(), stdout);
-  if (args.format == "plist") std::fputs(combinedPropertyList(reports).c_str(), stdout);
-  return failed ? kExitSomeFileFailed : kExitOk;
+  if (args.format == "text") {
+    for (const FileReport& r : reports) {
+      if (args.explain) out.write(explanationText(r));
+      if (r.status == FileStatus::Ok) out.write(fileText(r));
+    }
+  }
+  if (args.format == "json") out.write(jsonText(outputDocument(reports, summarize(reports, seconds))) + "\n");
+  if (args.format == "xml") out.write(combinedXML(reports));
+  if (args.format == "plist") out.write(combinedPropertyList(reports));
+  return out.finish() && !failed ? kExitOk : kExitSomeFileFailed;
 }
 
 }  // namespace
@@ -56,6 +64,7 @@ Command addIdentifyCommand(CLI::App& parent) {
   auto args = std::make_shared<IdentifyArgs>();
   CLI::App* app = parent.add_subcommand("identify", "every face of each file with all its attributes");
   addFormatOption(*app, args->format, {"text", "json", "jsonl", "xml", "plist"});
+  CLI::Option* format = app->get_option("--format");
   app->add_option("--mask", args->mask, "attributes to collect, a bit mask (default all)")
       ->type_name("BITS")
       ->check(CLI::Validator(
@@ -64,6 +73,11 @@ Command addIdentifyCommand(CLI::App& parent) {
             return parseMask(text, &mask) ? std::string() : "not a 32-bit number: " + text;
           },
           ""));
+  app->add_flag("--explain", args->explain,
+                "print the decisions taken for each file: container and forks found, kind, faces, printer "
+                "file looked for and where, or why the file gave no face (text only)")
+      ->excludes(format);
+  addOutputOption(*app, args->output);
   addQuietOption(*app, args->quiet);
   app->add_option("FILE", args->files, "font files")->required();
   return {app, [args] { return runIdentify(*args); }};

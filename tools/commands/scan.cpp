@@ -10,6 +10,7 @@
 #include "tools/file_walk.h"
 #include "tools/identify_files.h"
 #include "tools/json_output.h"
+#include "tools/output.h"
 #include "tools/text_output.h"
 
 namespace typeprint::cli {
@@ -18,6 +19,7 @@ namespace {
 struct ScanArgs {
   std::string format;
   WalkOptions walk;
+  std::string output;
   std::vector<std::string> paths;
 };
 
@@ -28,7 +30,8 @@ int runScan(const ScanArgs& args) {
   IdentifyOptions options;
   // Lines streamed to a terminal would be torn by the progress line.
   options.progress = !(lines && ::isatty(STDOUT_FILENO));
-  auto sink = [](const FileReport& r) { std::printf("%s\n", jsonText(fileJson(r)).c_str()); };
+  Output out(args.output);
+  auto sink = [&out](const FileReport& r) { out.write(jsonText(fileJson(r)) + "\n"); };
   const std::vector<FileReport> reports =
       walkAndIdentify(args.paths.empty() ? defaultFontFolders() : args.paths, args.walk, options,
                       lines ? ReportSink(sink) : nullptr);
@@ -36,11 +39,11 @@ int runScan(const ScanArgs& args) {
       summarize(reports, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
   const bool failed = reportFailures(reports, false, args.walk.quiet);
 
-  if (args.format == "json") std::printf("%s\n", jsonText(outputDocument(reports, summary)).c_str());
+  if (args.format == "json") out.write(jsonText(outputDocument(reports, summary)) + "\n");
   if (args.format == "text")
-    for (const FileReport& r : reports) std::fputs(scanLines(r).c_str(), stdout);
+    for (const FileReport& r : reports) out.write(scanLines(r));
   if (args.format != "json") std::fputs(summaryText(summary).c_str(), stderr);
-  return failed ? kExitSomeFileFailed : kExitOk;
+  return out.finish() && !failed ? kExitOk : kExitSomeFileFailed;
 }
 
 }  // namespace
@@ -51,6 +54,7 @@ Command addScanCommand(CLI::App& parent) {
   addFormatOption(*app, args->format, {"text", "json", "jsonl"});
   addJobsOption(*app, args->walk);
   addFollowOption(*app, args->walk);
+  addOutputOption(*app, args->output);
   addQuietOption(*app, args->walk.quiet);
   app->add_option("PATH", args->paths, "folders and files (default: the folders fontconfig is configured with)");
   return {app, [args] { return runScan(*args); }};
