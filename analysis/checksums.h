@@ -7,7 +7,7 @@
 #include <string>
 
 #include "analysis/sfnt_directory.h"
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 #include "platform/linux/fork_locator.h"
 
 namespace typeprint {

@@ -169,7 +169,7 @@ void StripIllegalCharsInPostScriptName(std::string& name) {
              name.end());
 }
 
-bool getMetaDataFromNamesTable(const SfntBytes& font, void*, Handle, int, UxString* foundry, UxString* family,
+bool getMetaDataFromNamesTable(const SfntBytes& font, UxString* foundry, UxString* family,
                                UxString* version, UxString* postScriptName, UxString* styledName,
                                UxString* fullName, UxString* windowsFullName) {
   NameSlots slots;
@@ -196,12 +196,10 @@ bool getMetaDataFromNamesTable(const SfntBytes& font, void*, Handle, int, UxStri
   return gotName;
 }
 
-void getPostScriptNameFromNamesTable(const SfntBytes& font, void* resourceFile, Handle styleHandle, int styleIndex,
-                                     std::string& postScriptName) {
+void getPostScriptNameFromNamesTable(const SfntBytes& font, std::string& postScriptName) {
   postScriptName.clear();
   UxString name;
-  getMetaDataFromNamesTable(font, resourceFile, styleHandle, styleIndex, nullptr, nullptr, nullptr, &name, nullptr,
-                            nullptr, nullptr);
+  getMetaDataFromNamesTable(font, nullptr, nullptr, nullptr, &name, nullptr, nullptr, nullptr);
   postScriptName = name;
 }
 

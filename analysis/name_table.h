@@ -6,7 +6,6 @@
 
 #include "analysis/sfnt_directory.h"
 #include "foundation/ux_string.h"
-#include "resources/handle.h"
 
 namespace typeprint {
 
@@ -34,14 +33,12 @@ void StripLeadingTrailingSpaces(UxString& text);
 void StripIllegalCharsInPostScriptName(std::string& name);
 
 // Reads the naming table into the outputs given (any may be null; every given one is written,
-// from empty names when the table is missing). The resource-file arguments are accepted and
-// not used. True when at least one accepted record gave a non-empty text.
-bool getMetaDataFromNamesTable(const SfntBytes& font, void* resourceFile, Handle styleHandle, int styleIndex,
-                               UxString* foundry, UxString* family, UxString* version, UxString* postScriptName,
+// from empty names when the table is missing). True when at least one accepted record gave a
+// non-empty text.
+bool getMetaDataFromNamesTable(const SfntBytes& font, UxString* foundry, UxString* family, UxString* version, UxString* postScriptName,
                                UxString* styledName, UxString* fullName, UxString* windowsFullName);
 
 // The PostScript-name output of getMetaDataFromNamesTable alone; empty when there is none.
-void getPostScriptNameFromNamesTable(const SfntBytes& font, void* resourceFile, Handle styleHandle, int styleIndex,
-                                     std::string& postScriptName);
+void getPostScriptNameFromNamesTable(const SfntBytes& font, std::string& postScriptName);
 
 }  // namespace typeprint

@@ -1,7 +1,6 @@
 #include "analysis/sfnt_directory.h"
 
-#include <cstring>
-#include <string>
+#include <algorithm>
 
 namespace typeprint {
 namespace {
@@ -10,24 +9,22 @@ namespace {
 // Directory entries follow at byte 12, 16 bytes each.
 constexpr size_t kNumTablesOffset = 4;
 
-// The tag as a C string: up to four characters, stopping at a zero byte.
-std::string tagText(uint32_t value) {
-  std::string text;
-  for (int shift = 24; shift >= 0; shift -= 8) {
-    char c = char(value >> shift);
-    if (c == 0) break;
-    text.push_back(c);
+// The tag read as a C string (up to four characters, stopping at a zero byte) equals `text`.
+bool tagReadsAs(uint32_t value, const char* text) {
+  for (int shift = 24; shift >= 0; shift -= 8, ++text) {
+    const char c = char(value >> shift);
+    if (c == 0 || *text != c) return c == 0 && *text == 0;
   }
-  return text;
+  return *text == 0;
 }
 
-bool presentAndValid(const SfntBytes& font, const char* tableTag) {
-  std::optional<TDirectoryEntry> entry = FindSpecifiedTable(font, tableTag);
+bool presentAndValid(const SfntDirectory& directory, const SfntBytes& font, const char* tableTag) {
+  std::optional<TDirectoryEntry> entry = directory.find(tableTag);
   return entry && ValidateDirectoryEntry(&*entry, font);
 }
 
-bool absentOrValid(const SfntBytes& font, const char* tableTag) {
-  std::optional<TDirectoryEntry> entry = FindSpecifiedTable(font, tableTag);
+bool absentOrValid(const SfntDirectory& directory, const SfntBytes& font, const char* tableTag) {
+  std::optional<TDirectoryEntry> entry = directory.find(tableTag);
   return !entry || ValidateDirectoryEntry(&*entry, font);
 }
 
@@ -44,27 +41,39 @@ BEReader SfntBytes::reader(size_t offset, size_t length, std::vector<uint8_t>& s
   return BEReader(read(offset, length, scratch));
 }
 
-std::optional<TDirectoryEntry> FindSpecifiedTable(const SfntBytes& font, const char* tableTag) {
-  if (!tableTag || font.size() < 13) return std::nullopt;
+SfntDirectory::SfntDirectory(const SfntBytes& font) {
+  if (font.size() < 13) return;
   std::vector<uint8_t> scratch;
   BEReader header = font.reader(kNumTablesOffset, 2, scratch);
-  int16_t numTables = header.s16();
-  if (!header.ok()) return std::nullopt;
-  for (int i = 0; i < numTables; ++i) {
-    // An entry must end before the last byte of the font.
-    size_t entryOffset = kSfntHeaderSize + kDirectoryEntrySize * size_t(i);
-    if (entryOffset + kDirectoryEntrySize >= font.size()) break;
-    BEReader r = font.reader(entryOffset, kDirectoryEntrySize, scratch);
-    TDirectoryEntry entry;
+  const int16_t numTables = header.s16();
+  if (!header.ok() || numTables <= 0) return;
+  // An entry must end before the last byte of the font.
+  const size_t fitting = (font.size() - 1 - kSfntHeaderSize) / kDirectoryEntrySize;
+  const size_t count = std::min(size_t(numTables), fitting);
+  BEReader r = font.reader(kSfntHeaderSize, kDirectoryEntrySize * count, scratch);
+  entries_.resize(count);
+  for (size_t i = 0; i < count; ++i) {
+    TDirectoryEntry& entry = entries_[i];
     entry.tag = r.u32();
     entry.checkSum = r.u32();
     entry.offset = r.u32();
     entry.length = r.u32();
-    entry.entryOffset = entryOffset;
-    if (!r.ok()) break;
-    if (tagText(entry.tag) == tableTag) return entry;
+    entry.entryOffset = kSfntHeaderSize + kDirectoryEntrySize * i;
   }
+  if (!r.ok()) entries_.clear();
+}
+
+std::optional<TDirectoryEntry> SfntDirectory::find(const char* tableTag) const {
+  if (!tableTag) return std::nullopt;
+  for (const TDirectoryEntry& entry : entries_)
+    if (tagReadsAs(entry.tag, tableTag)) return entry;
   return std::nullopt;
+}
+
+std::optional<TDirectoryEntry> FindSpecifiedTable(const SfntBytes& font, const char* tableTag) {
+  if (!tableTag) return std::nullopt;
+  if (const SfntDirectory* directory = font.directory()) return directory->find(tableTag);
+  return SfntDirectory(font).find(tableTag);
 }
 
 bool ValidateDirectoryEntry(const TDirectoryEntry* entry, const SfntBytes& font) {
@@ -82,8 +91,10 @@ bool GetPlatformTTF(const SfntBytes& font, UxString* platform) {
   uint32_t version = header.u32();
   if (version != kSfntVersionTrueType && version != kSfntVersionOTTO) return true;
   static const char* const kRequired[] = {"cmap", "name", "post", "maxp", "head", "hhea", "hmtx"};
-  bool crossPlatform = absentOrValid(font, "OS/2") && absentOrValid(font, "kern");
-  for (const char* required : kRequired) crossPlatform = crossPlatform && presentAndValid(font, required);
+  std::optional<SfntDirectory> read;
+  const SfntDirectory& directory = font.directory() ? *font.directory() : read.emplace(font);
+  bool crossPlatform = absentOrValid(directory, font, "OS/2") && absentOrValid(directory, font, "kern");
+  for (const char* required : kRequired) crossPlatform = crossPlatform && presentAndValid(directory, font, required);
   if (crossPlatform) *platform = "crossplatform";
   return true;
 }

@@ -9,10 +9,12 @@
 #include <optional>
 #include <vector>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 #include "foundation/ux_string.h"
 
 namespace typeprint {
+
+class SfntDirectory;
 
 // A font whose bytes are put together from pieces (a rebuilt collection face). `read` returns
 // [offset, offset + length) of the font, pointing into the pieces when the range lies in one of
@@ -24,6 +26,8 @@ class SfntAssembly {
   virtual ByteSpan read(size_t offset, size_t length, std::vector<uint8_t>& scratch) const = 0;
   // The word sum of [offset, offset + length) when the assembly already knows it.
   virtual bool knownWordSum(size_t, size_t, uint32_t&) const { return false; }
+  // The font's table directory when the assembly has read it already.
+  virtual const SfntDirectory* directory() const { return nullptr; }
 };
 
 // The bytes of one sfnt font, as every reader of sfnt data sees them.
@@ -31,7 +35,15 @@ class SfntBytes {
  public:
   SfntBytes() = default;
   SfntBytes(ByteSpan whole) : whole_(whole), size_(whole.size) {}  // NOLINT: a block is a font
-  SfntBytes(const SfntAssembly& assembly) : assembly_(&assembly), size_(assembly.size()) {}  // NOLINT
+  SfntBytes(const SfntAssembly& assembly)  // NOLINT
+      : assembly_(&assembly), directory_(assembly.directory()), size_(assembly.size()) {}
+  // The same bytes, with their directory already read: table lookups use it instead of the bytes.
+  SfntBytes withDirectory(const SfntDirectory& directory) const {
+    SfntBytes font = *this;
+    font.directory_ = &directory;
+    return font;
+  }
+  const SfntDirectory* directory() const { return directory_; }
 
   size_t size() const { return size_; }
   // False for a font without bytes (a null block).
@@ -48,6 +60,7 @@ class SfntBytes {
  private:
   ByteSpan whole_;
   const SfntAssembly* assembly_ = nullptr;
+  const SfntDirectory* directory_ = nullptr;
   size_t size_ = 0;
 };
 
@@ -65,8 +78,22 @@ struct TDirectoryEntry {
   size_t entryOffset = 0;
 };
 
-// The first directory entry whose tag (up to four characters, ending at a zero byte) equals
-// `tableTag`. Neither the sfnt version nor the entry's offset and length are checked here.
+// The table directory of one font, read once: the entries in their order, as far as each entry
+// ends before the font's last byte. Neither the sfnt version nor the entries' offsets and
+// lengths are checked here.
+class SfntDirectory {
+ public:
+  SfntDirectory() = default;
+  explicit SfntDirectory(const SfntBytes& font);
+  // The first entry whose tag (up to four characters, ending at a zero byte) reads as `tableTag`.
+  std::optional<TDirectoryEntry> find(const char* tableTag) const;
+
+ private:
+  std::vector<TDirectoryEntry> entries_;
+};
+
+// The first directory entry whose tag reads as `tableTag`, from the directory the font carries or
+// else from its bytes.
 std::optional<TDirectoryEntry> FindSpecifiedTable(const SfntBytes& font, const char* tableTag);
 
 // The entry lies inside the font and so does the table it describes.

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "analysis/checksums.h"
-#include "foundation/be_writer.h"
+#include "base/be_writer.h"
 #include "platform/linux/atomic_file.h"
 #include "platform/linux/file_system.h"
 
@@ -182,6 +182,7 @@ int TrueTypeCollectionFont::GetFaceLayout(unsigned int face, TTCFace& out) {
   out.header_ = header.take();
   out.source_ = data_;
   out.size_ = size_t(newSize);
+  out.directory_ = SfntDirectory(SfntBytes(static_cast<const SfntAssembly&>(out)));
   return kTTCSuccess;
 }
 

@@ -39,6 +39,7 @@ class TTCFace : public SfntAssembly {
   size_t size() const override { return size_; }
   ByteSpan read(size_t offset, size_t length, std::vector<uint8_t>& scratch) const override;
   bool knownWordSum(size_t offset, size_t length, uint32_t& sum) const override;
+  const SfntDirectory* directory() const override { return &directory_; }
   // The CRC-32 of the rebuilt face.
   uint32_t crc() const;
   // The rebuilt face, byte for byte.
@@ -56,6 +57,7 @@ class TTCFace : public SfntAssembly {
 
   std::vector<uint8_t> header_;  // offset table and directory with new offsets and checksums
   std::vector<Table> tables_;    // directory order, which is also their order in the face
+  SfntDirectory directory_;      // the rebuilt directory, read back once
   ByteSpan source_;
   size_t size_ = 0;
 };

@@ -4,7 +4,6 @@
 #include <cstring>
 
 #include "analysis/foundry_lookup.h"
-#include "resources/resource_metadata.h"
 
 namespace typeprint {
 namespace {
@@ -129,16 +128,6 @@ void GatherPostScriptMetaDataFromData(std::string_view lowerData, std::string_vi
     if (foundry) gatherFoundry(lowerData, data, foundry);
   }
   if (kind && kind->empty()) *kind = "PostScript";
-}
-
-long CollectPSMetaData(void* resourceFile, const UxString& path, Handle styleHandle, short styleIndex,
-                       UxString* printerFilePath, UxString* kind, UxString* foundry, UxString* family,
-                       UxString* version, UxString* postScriptName, UxString* styledName, UxString* fullName) {
-  long status = CollectPSMetaDataMac(resourceFile, path, styleHandle, styleIndex, printerFilePath, kind, foundry,
-                                     family, version, postScriptName, styledName, fullName);
-  if (status == 0) return 0;
-  return CollectPSMetaDataFromFile(path, printerFilePath, kind, foundry, family, version, postScriptName,
-                                   styledName, fullName);
 }
 
 bool GetWindowsMMMFontNameFromPrinterFontName(const UxString& printerFileName, UxString* mmmName) {

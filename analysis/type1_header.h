@@ -6,9 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 #include "foundation/ux_string.h"
-#include "resources/handle.h"
 
 namespace typeprint {
 
@@ -35,12 +34,6 @@ bool GetDelimitedKeyValue(std::string_view data, const UxString& key, const char
 void GatherPostScriptMetaDataFromData(std::string_view lowerData, std::string_view data, UxString* kind,
                                       UxString* foundry, UxString* family, UxString* version,
                                       UxString* postScriptName, UxString* styledName, UxString* fullName);
-
-// The names of a PostScript face: from its printer file's POST resources, else from the printer
-// file's data fork. 0 success, 6 printer file not found or unopenable, -1 no printer file.
-long CollectPSMetaData(void* resourceFile, const UxString& path, Handle styleHandle, short styleIndex,
-                       UxString* printerFilePath, UxString* kind, UxString* foundry, UxString* family,
-                       UxString* version, UxString* postScriptName, UxString* styledName, UxString* fullName);
 
 // NAME.pfb gives NAME.mmm (the multiple-master font file).
 bool GetWindowsMMMFontNameFromPrinterFontName(const UxString& printerFileName, UxString* mmmName);

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "analysis/checksums.h"
-#include "analysis/font_data.h"
+#include "faces/font_data.h"
 #include "analysis/name_table.h"
 #include "analysis/sfnt_directory.h"
 #include "analysis/ttc_split.h"
@@ -39,7 +39,7 @@ bool walkCollection(const char* path, uint32_t mask, TP_FontArray& array) {
     if (collection.GetFaceLayout(i, face) != 0) continue;
     TP_FontSpecifier record;
     record.kindName = kCollectionKind;
-    if (!getMetaDataFromNamesTable(face, nullptr, nullptr, 0, wanted(mask, TP_ATTR_FOUNDRY_NAME, record.foundryName),
+    if (!getMetaDataFromNamesTable(face, wanted(mask, TP_ATTR_FOUNDRY_NAME, record.foundryName),
                                    wanted(mask, TP_ATTR_FAMILY_NAME, record.familyName),
                                    wanted(mask, TP_ATTR_VERSION, record.version),
                                    wanted(mask, TP_ATTR_POSTSCRIPT_NAME, record.postScriptName),

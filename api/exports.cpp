@@ -282,10 +282,10 @@ TP_API TP_Status TP_GetClassificationFromFamily(const char* family, const char* 
 }
 
 TP_API void TP_GetPostScriptNameFromNamesTable(const char* data, uint32_t length, void* resourceFile,
-                                               char** styleHandle, int32_t styleIndex, char* buffer, int32_t size) {
+                                               char** styleHandle, int32_t, char* buffer, int32_t size) {
   if (!data || !resourceFile || !styleHandle || !buffer) return;
   std::string name;
   typeprint::ByteSpan font(reinterpret_cast<const uint8_t*>(data), length);
-  typeprint::getPostScriptNameFromNamesTable(font, resourceFile, styleHandle, styleIndex, name);
+  typeprint::getPostScriptNameFromNamesTable(font, name);
   if (!name.empty()) copyOutString(name, buffer, size);
 }

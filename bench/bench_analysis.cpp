@@ -39,7 +39,7 @@ void NameTable(benchmark::State& state) {
   for (auto _ : state) {
     for (const FileForks& f : fonts) {
       UxString family, postScript, full, styled;
-      benchmark::DoNotOptimize(getMetaDataFromNamesTable(f.dataFork, nullptr, nullptr, 0, nullptr, &family, nullptr,
+      benchmark::DoNotOptimize(getMetaDataFromNamesTable(f.dataFork, nullptr, &family, nullptr,
                                                          &postScript, &styled, &full, nullptr));
       bytes += f.dataFork.size;
     }

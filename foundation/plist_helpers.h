@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "foundation/be_reader.h"
-#include "foundation/plist_value.h"
+#include "base/be_reader.h"
+#include "base/plist_value.h"
 #include "foundation/ux_string.h"
 #include "platform/linux/text_encoding.h"
 

@@ -7,7 +7,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   using namespace typeprint;
   UxString foundry, family, version, postScript, styled, full, windowsFull;
-  bool ok = getMetaDataFromNamesTable(SfntBytes(ByteSpan(data, size)), nullptr, nullptr, 0, &foundry, &family,
+  bool ok = getMetaDataFromNamesTable(SfntBytes(ByteSpan(data, size)), &foundry, &family,
                                       &version, &postScript, &styled, &full, &windowsFull);
   volatile size_t sink = ok + foundry.size() + family.size() + version.size() + postScript.size() + styled.size() +
                          full.size() + windowsFull.size();

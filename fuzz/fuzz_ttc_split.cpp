@@ -22,8 +22,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (built != kTTCSuccess) continue;
     if (layout.size() != bytes.size() || layout.crc() != CChecksum::icrc(ByteSpan(bytes), 0)) abort();
     UxString name, nameFromBytes;
-    getMetaDataFromNamesTable(layout, nullptr, nullptr, 0, nullptr, nullptr, nullptr, &name, nullptr, nullptr, nullptr);
-    getMetaDataFromNamesTable(ByteSpan(bytes), nullptr, nullptr, 0, nullptr, nullptr, nullptr, &nameFromBytes, nullptr,
+    getMetaDataFromNamesTable(layout, nullptr, nullptr, nullptr, &name, nullptr, nullptr, nullptr);
+    getMetaDataFromNamesTable(ByteSpan(bytes), nullptr, nullptr, nullptr, &nameFromBytes, nullptr,
                               nullptr, nullptr);
     uint32_t kernA = 1, kernB = 1;
     bool okA = GetTrueTypeKerningTableChecksum(layout, &kernA), okB = GetTrueTypeKerningTableChecksum(ByteSpan(bytes), &kernB);

@@ -17,7 +17,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 
 namespace typeprint::rescue {
 

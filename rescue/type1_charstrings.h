@@ -11,7 +11,7 @@
 #include <map>
 #include <string>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 
 namespace typeprint::rescue {
 

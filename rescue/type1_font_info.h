@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 
 namespace typeprint::rescue {
 

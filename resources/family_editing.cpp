@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "foundation/be_writer.h"
+#include "base/be_writer.h"
 #include "resources/fond.h"
 #include "resources/printer_files.h"
 

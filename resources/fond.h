@@ -24,7 +24,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 #include "resources/handle.h"
 
 namespace typeprint {

@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 
 namespace typeprint {
 

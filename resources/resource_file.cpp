@@ -1,6 +1,7 @@
 #include "resources/resource_file.h"
 
 #include <atomic>
+#include <cerrno>
 #include <set>
 
 #include "foundation/file_location.h"
@@ -32,10 +33,29 @@ TypeprintResourceFile* asFile(void* rf) { return static_cast<TypeprintResourceFi
 TypeprintResourceFile::TypeprintResourceFile(const std::string& path, bool readOnly)
     : qsFile_(path), qsReadOnly_(readOnly) {}
 
-std::unique_ptr<TypeprintResourceFile> TypeprintResourceFile::initWithFile(const std::string& path, bool readOnly) {
+std::unique_ptr<TypeprintResourceFile> TypeprintResourceFile::initWithFile(const std::string& path, bool readOnly,
+                                                                          ResourceOpenFailure* failure) {
+  ResourceOpenFailure ignored;
+  ResourceOpenFailure& why = failure ? *failure : ignored;
+  // The lock comes first, so that what is read is what the edit's write replaces.
+  std::optional<EditLock> lock;
+  if (!readOnly) {
+    LockOutcome outcome;
+    lock = EditLock::acquire(path, &outcome);
+    if (!lock) {
+      why = outcome == LockOutcome::HeldElsewhere ? ResourceOpenFailure::BeingEdited : ResourceOpenFailure::Unreadable;
+      return nullptr;
+    }
+  }
   std::optional<FileForks> forks = openForks(path);
-  if (!forks) return nullptr;
-  return initWithForks(path, *forks, readOnly);
+  if (!forks) {
+    why = ResourceOpenFailure::Unreadable;
+    return nullptr;
+  }
+  auto rf = initWithForks(path, *forks, readOnly);
+  why = rf ? ResourceOpenFailure::None : ResourceOpenFailure::NoResourceMap;
+  if (rf) rf->editLock_ = std::move(lock);
+  return rf;
 }
 
 std::unique_ptr<TypeprintResourceFile> TypeprintResourceFile::initWithForks(const std::string& path,
@@ -60,7 +80,8 @@ int16_t TypeprintResourceFile::openFileForResourceAccess() {
 
 TypeprintResourceFile::~TypeprintResourceFile() {
   deactivate();
-  if (!qsReadOnly_) updateResFile();
+  // A file whose map could not be read has nothing to write.
+  if (!qsReadOnly_ && map_ && !editAbandoned_) updateResFile();
   for (auto& [entry, h] : handles_) {
     SetHandleOwner(h, nullptr);
     DisposeHandle(h);
@@ -188,9 +209,15 @@ bool TypeprintResourceFile::updateResFile() {
   for (auto& [h, entry] : entries_)
     if (entry->attributes & kResChanged) map_->setData(entry, std::vector<uint8_t>(HandleBytes(h).begin(), HandleBytes(h).end()));
   auto fork = map_->write();
-  if (!fork || !writeForkBack(forks_, qsIsDataFork_ ? ForkKind::Data : ForkKind::Resource, *fork)) return false;
+  lastWrite_ = fork ? writeForkBack(forks_, qsIsDataFork_ ? ForkKind::Data : ForkKind::Resource, *fork)
+                    : WriteResult{WriteStep::Open, EFBIG};
+  // Only a failure of the folder flush comes after the new file is in place.
+  if (!lastWrite_ && lastWrite_.failedAt != WriteStep::SyncFolder) {
+    editAbandoned_ = true;
+    return false;
+  }
   map_->clearChanged();
-  return true;
+  return bool(lastWrite_);
 }
 
 void* AllocateResourceFile(const char* path, bool readOnly) {

@@ -12,7 +12,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
+#include "platform/linux/atomic_file.h"
+#include "platform/linux/edit_lock.h"
 #include "platform/linux/fork_locator.h"
 #include "resources/handle.h"
 #include "resources/printer_font_folder.h"
@@ -26,15 +28,21 @@ constexpr uint32_t kTypeFONT = tag("FONT");
 constexpr uint32_t kTypePOST = tag("POST");
 constexpr uint32_t kTypeSfnt = tag("sfnt");
 
+// Why a file could not be opened as a resource file.
+enum class ResourceOpenFailure { None, Unreadable, NoResourceMap, BeingEdited };
+
 class TypeprintResourceFile final : private HandleOwner {
  public:
   // Opens the resource map of `path`: the resource fork, or else the data fork. Null when
-  // neither holds a usable map.
-  static std::unique_ptr<TypeprintResourceFile> initWithFile(const std::string& path, bool readOnly);
+  // neither holds a usable map. A file opened for writing is locked against other edits (see
+  // EditLock) until the object is destroyed, and a file already locked is refused.
+  static std::unique_ptr<TypeprintResourceFile> initWithFile(const std::string& path, bool readOnly,
+                                                            ResourceOpenFailure* failure = nullptr);
   // The same over forks the caller has already opened, so a file is mapped only once.
   static std::unique_ptr<TypeprintResourceFile> initWithForks(const std::string& path, const FileForks& forks,
                                                               bool readOnly);
-  // Deactivates, writes changes back when the file was opened for writing, and frees every
+  // Deactivates, writes changes back when the file was opened for writing and no write of them
+  // has failed yet (a failed write abandons the edit: it is never applied later), and frees every
   // handle the file still owns.
   ~TypeprintResourceFile();
   TypeprintResourceFile(const TypeprintResourceFile&) = delete;
@@ -85,8 +93,9 @@ class TypeprintResourceFile final : private HandleOwner {
 
   // Writes a changed map back into the container it came from. True when nothing needed
   // writing or the write succeeded; false for a read-only file or a failed write, which leaves
-  // the file on disk as it was.
+  // the file on disk as it was; lastWrite() then says why.
   bool updateResFile();
+  const WriteResult& lastWrite() const { return lastWrite_; }
 
   // The open file that owns `h`; null for a null or free handle.
   static TypeprintResourceFile* ownerOf(Handle h);
@@ -106,6 +115,9 @@ class TypeprintResourceFile final : private HandleOwner {
   std::optional<std::vector<FolderPrinterFont>> activatedFonts_;
   std::map<std::string, std::string> qsPrinterFileFromPostscriptNameDict_;
 
+  std::optional<EditLock> editLock_;
+  bool editAbandoned_ = false;
+  WriteResult lastWrite_;
   FileForks forks_;
   std::optional<ResourceMap> map_;
   std::unordered_map<const ResourceEntry*, Handle> handles_;

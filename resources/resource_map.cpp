@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "foundation/be_writer.h"
+#include "base/be_writer.h"
 
 namespace typeprint {
 namespace {

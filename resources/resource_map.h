@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 
 namespace typeprint {
 

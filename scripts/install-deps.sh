@@ -3,6 +3,7 @@
 set -euo pipefail
 packages=(cmake g++ make pkg-config zlib1g-dev libplist-dev libicu-dev libdeflate-dev
           libgtest-dev libgmock-dev libbenchmark-dev binutils
+          libwoff-dev libbrotli-dev
           clang libclang-rt-14-dev
           fonts-dejavu-core fonts-urw-base35)  # real fonts the analysis tests read (skipped when absent)
 missing=()

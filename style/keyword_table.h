@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "foundation/errors.h"
-#include "foundation/plist_value.h"
+#include "base/plist_value.h"
 
 namespace typeprint {
 

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "foundation/plist_value.h"
+#include "base/plist_value.h"
 #include "foundation/ux_string.h"
 
 namespace typeprint {

@@ -1,6 +1,6 @@
 #include "tables/foundry_table.h"
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 #include "platform/linux/text_encoding.h"
 #include "tables/table_file.h"
 

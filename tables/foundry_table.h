@@ -15,7 +15,7 @@
 #include <optional>
 #include <string>
 
-#include "foundation/plist_value.h"
+#include "base/plist_value.h"
 #include "foundation/ux_string.h"
 
 namespace typeprint {

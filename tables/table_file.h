@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "foundation/plist_value.h"
+#include "base/plist_value.h"
 
 namespace typeprint {
 

@@ -113,8 +113,12 @@ int openTarget(const ParsedArgs& parsed, CopiedFiles& copied, std::string& targe
   std::string error;
   target = prepareTarget(parsed, copied, &error);
   if (!error.empty()) return failure(parsed.operands[0], error);
-  rf = TypeprintResourceFile::initWithFile(target, false);
-  return rf ? 0 : failure(parsed.operands[0], "not a resource-fork font file");
+  ResourceOpenFailure why = ResourceOpenFailure::None;
+  rf = TypeprintResourceFile::initWithFile(target, false, &why);
+  if (rf) return 0;
+  return failure(parsed.operands[0], why == ResourceOpenFailure::BeingEdited ? "another process is editing it"
+                                     : why == ResourceOpenFailure::Unreadable ? "cannot read the file"
+                                                                               : "not a resource-fork font file");
 }
 
 bool hasStyle(Handle fond, uint16_t style) {
@@ -125,7 +129,7 @@ bool hasStyle(Handle fond, uint16_t style) {
 
 // Writes the edits; on success the copy is kept and the result reported.
 int finish(TypeprintResourceFile& rf, const std::string& target, CopiedFiles& copied, const std::string& report) {
-  if (!rf.updateResFile()) return failure(target, "cannot write the edited file");
+  if (!rf.updateResFile()) return failure(target, rf.lastWrite().reason());
   copied.keep();
   std::printf("%s: %s\n", target.c_str(), report.c_str());
   return 0;

@@ -30,6 +30,9 @@ const char kHelp[] =
     "      no family refers to any more; edits a copy (OUT, default FILE.edited) unless --in-place\n"
     "  promote --style N [--family ID] [--in-place] FILE [OUT]\n"
     "      make style N the family's plain style, named by its PostScript name; same copy rules\n"
+    "      --in-place writes a new file over FILE (and its fork companion) keeping mode, owner and\n"
+    "      group; a symbolic link keeps pointing at the edited file; other hard links to FILE keep\n"
+    "      the old contents. A file another edit holds is refused.\n"
     "\n"
     "Exit status: 0 success, 1 when a file could not be identified or read, 2 on usage errors.\n";
 

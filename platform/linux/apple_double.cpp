@@ -1,6 +1,6 @@
 #include "platform/linux/apple_double.h"
 
-#include "foundation/be_writer.h"
+#include "base/be_writer.h"
 
 namespace typeprint {
 namespace {

@@ -7,7 +7,7 @@
 #include <optional>
 #include <vector>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 
 namespace typeprint {
 

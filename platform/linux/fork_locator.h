@@ -17,7 +17,7 @@
 #include <optional>
 #include <string>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 #include "platform/linux/mapped_file.h"
 
 namespace typeprint {

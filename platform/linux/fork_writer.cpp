@@ -1,5 +1,6 @@
 #include "platform/linux/fork_writer.h"
 
+#include <cerrno>
 #include <vector>
 
 #include "platform/linux/apple_double.h"
@@ -8,34 +9,41 @@
 namespace typeprint {
 namespace {
 
-bool writeContainerFork(const FileForks& forks, ForkKind which, ByteSpan fork) {
+// A container that cannot hold the fork or be laid out again.
+WriteResult cannotLayOut() { return {WriteStep::Open, EINVAL}; }
+
+WriteResult replaceWith(const std::string& path, const std::vector<uint8_t>& out) {
+  return out.empty() ? cannotLayOut() : replaceFileAtomically(path, out);
+}
+
+WriteResult writeContainerFork(const FileForks& forks, ForkKind which, ByteSpan fork) {
   ByteSpan whole = forks.file->bytes();
   if (forks.source == ForkSource::MacBinary) {
     auto mb = readMacBinary(whole);
-    if (!mb) return false;
+    if (!mb) return cannotLayOut();
     std::vector<uint8_t> out = which == ForkKind::Data ? writeMacBinary(*mb, fork, mb->resourceFork)
                                                        : writeMacBinary(*mb, mb->dataFork, fork);
-    return !out.empty() && replaceFileAtomically(forks.file->path(), out);
+    return replaceWith(forks.file->path(), out);
   }
   auto single = readAppleFile(whole);
-  if (!single) return false;
+  if (!single) return cannotLayOut();
   single->setEntry(which == ForkKind::Data ? kAppleEntryDataFork : kAppleEntryResourceFork, fork);
   std::vector<uint8_t> out = writeAppleFile(*single);
-  return !out.empty() && replaceFileAtomically(forks.file->path(), out);
+  return replaceWith(forks.file->path(), out);
 }
 
-bool writeCompanionFork(const FileForks& forks, ByteSpan fork) {
+WriteResult writeCompanionFork(const FileForks& forks, ByteSpan fork) {
   if (forks.source == ForkSource::BareFork) return replaceFileAtomically(forks.companionPath, fork);
   auto header = readAppleFile(forks.companion->bytes());
-  if (!header) return false;
+  if (!header) return cannotLayOut();
   header->setEntry(kAppleEntryResourceFork, fork);
   std::vector<uint8_t> out = writeAppleFile(*header);
-  return !out.empty() && replaceFileAtomically(forks.companionPath, out);
+  return replaceWith(forks.companionPath, out);
 }
 
 }  // namespace
 
-bool writeForkBack(const FileForks& forks, ForkKind which, ByteSpan fork) {
+WriteResult writeForkBack(const FileForks& forks, ForkKind which, ByteSpan fork) {
   switch (forks.source) {
     case ForkSource::MacBinary:
     case ForkSource::AppleSingle:
@@ -45,9 +53,10 @@ bool writeForkBack(const FileForks& forks, ForkKind which, ByteSpan fork) {
       if (which == ForkKind::Data) return replaceFileAtomically(forks.file->path(), fork);
       return writeCompanionFork(forks, fork);
     case ForkSource::Plain:
-      return which == ForkKind::Data && replaceFileAtomically(forks.file->path(), fork);
+      if (which == ForkKind::Data) return replaceFileAtomically(forks.file->path(), fork);
+      return cannotLayOut();
   }
-  return false;
+  return cannotLayOut();
 }
 
 }  // namespace typeprint

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 #include "platform/linux/atomic_file.h"
 #include "platform/linux/fork_locator.h"
 
@@ -14,8 +14,9 @@ namespace typeprint {
 enum class ForkKind { Data, Resource };
 
 // Replaces one fork of the file `forks` describes, keeping the container form and every other
-// part of it. False, with nothing changed on disk, when the write fails or the file has no place
-// for a resource fork.
-bool writeForkBack(const FileForks& forks, ForkKind which, ByteSpan fork);
+// part of it. A failure leaves the file on disk as it was (see replaceFileAtomically for the one
+// exception); a file with no place for a resource fork, or a container that cannot be laid out
+// again, fails at WriteStep::Open with EINVAL.
+WriteResult writeForkBack(const FileForks& forks, ForkKind which, ByteSpan fork);
 
 }  // namespace typeprint

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "foundation/be_writer.h"
+#include "base/be_writer.h"
 
 namespace typeprint {
 namespace {

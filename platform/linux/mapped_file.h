@@ -1,29 +1,37 @@
-// A read-only memory map of a whole file, shared by everything that reads one font.
+// The whole contents of one file, read once into memory the library owns and shared by everything
+// that reads one font. Reading into owned memory rather than mapping the file means a file that
+// another process shortens while it is read is a read failure, never a SIGBUS.
 #pragma once
 
 #include <memory>
 #include <string>
+#include <vector>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 
 namespace typeprint {
 
 class MappedFile {
  public:
-  // Maps the regular file at `path`; null when it cannot be opened or is not a regular file.
+  // Reads the regular file at `path`; null when it cannot be opened, is not a regular file (a
+  // FIFO, device or folder is refused without blocking), cannot be read whole, or changes size
+  // while it is read.
   static std::shared_ptr<const MappedFile> open(const std::string& path);
-  ~MappedFile();
   MappedFile(const MappedFile&) = delete;
   MappedFile& operator=(const MappedFile&) = delete;
 
-  ByteSpan bytes() const { return {static_cast<const uint8_t*>(base_), size_}; }
+  ByteSpan bytes() const { return {bytes_.data(), bytes_.size()}; }
   const std::string& path() const { return path_; }
 
  private:
   MappedFile() = default;
   std::string path_;
-  void* base_ = nullptr;
-  size_t size_ = 0;
+  std::vector<uint8_t> bytes_;
 };
+
+// Test hook: called with the open descriptor after its size was taken and before its bytes are
+// read, as another process changing the file would. Null restores normal operation.
+using ReadInterference = void (*)(int fd);
+void setReadInterferenceForTesting(ReadInterference interference);
 
 }  // namespace typeprint

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "foundation/be_reader.h"
-#include "foundation/plist_value.h"
+#include "base/be_reader.h"
+#include "base/plist_value.h"
 
 namespace typeprint {
 

@@ -30,8 +30,30 @@ TEST(Checksums, CrcAgreesWithZlibOnRandomBuffersAndContinuation) {
   EXPECT_EQ(CChecksum::zeros(0x1234, 1000), zlibCrc(0x1234, Bytes(1000, 0)));
 }
 
-TEST(Checksums, KerningChecksumFallsBackToGlyfAndNeedsAValidTable) {  // real fonts: font_data_test.cpp
+// The word sum the plain way: each byte shifted into its place in its word.
+uint32_t referenceWordSum(uint32_t sum, const uint8_t* bytes, size_t size) {
+  for (size_t i = 0; i < size; ++i) sum += uint32_t(bytes[i]) << (24 - 8 * (i % 4));
+  return sum;
+}
+
+TEST(Checksums, WordSumMatchesThePlainSumAtEveryLengthAndAlignment) {
   EXPECT_EQ(ChecksumLongAlignedData(2, ByteSpan(Bytes{0xFF, 0xFF, 0xFF, 0xFF, 0, 0, 0, 1, 0xAB})), 0xAB000002u);
+  std::mt19937 random(77);
+  Bytes noise(4200), ones(4200, 0xFF);
+  for (uint8_t& b : noise) b = uint8_t(random());
+  const struct { const char* what; const Bytes& bytes; } fills[] = {{"random bytes", noise}, {"all 0xFF, wrapping", ones}};
+  for (const auto& fill : fills) {
+    for (size_t size : {0u, 1u, 3u, 4u, 5u, 15u, 16u, 17u, 31u, 32u, 33u, 63u, 64u, 65u, 127u, 128u, 129u, 4099u}) {
+      for (size_t start = 0; start < 4; ++start) {
+        SCOPED_TRACE(std::string(fill.what) + ", " + std::to_string(size) + " bytes from " + std::to_string(start));
+        const uint8_t* bytes = fill.bytes.data() + start;
+        EXPECT_EQ(ChecksumLongAlignedData(0x9E3779B9, ByteSpan(bytes, size)), referenceWordSum(0x9E3779B9, bytes, size));
+      }
+    }
+  }
+}
+
+TEST(Checksums, KerningChecksumFallsBackToGlyfAndNeedsAValidTable) {  // real fonts: font_data_test.cpp
   const Bytes kern{0, 0, 0, 5, 0, 0, 0, 6}, glyf{1, 0, 0, 0, 2, 0, 0, 0, 3, 0, 0, 0};
   const struct { const char* what; Bytes font; bool ok; uint32_t checksum; } rows[] = {
       {"no kern or GPOS: glyf", SfntBuilder().table("glyf", glyf).table("head", 8).build(), true, 0x06000000},

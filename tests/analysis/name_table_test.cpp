@@ -15,7 +15,7 @@ using test::utf16be;
 // "foundry|family|version|PostScript|styled|full|Windows full", or "-"; real fonts: font_data_test.cpp.
 std::string readNames(const Bytes& font) {
   UxString n[7];
-  bool ok = getMetaDataFromNamesTable(ByteSpan(font), nullptr, nullptr, 0, &n[0], &n[1], &n[2], &n[3], &n[4], &n[5],
+  bool ok = getMetaDataFromNamesTable(ByteSpan(font), &n[0], &n[1], &n[2], &n[3], &n[4], &n[5],
                                       &n[6]);
   return ok ? n[0] + "|" + n[1] + "|" + n[2] + "|" + n[3] + "|" + n[4] + "|" + n[5] + "|" + n[6] : "-";
 }

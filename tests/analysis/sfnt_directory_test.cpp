@@ -27,10 +27,16 @@ TEST(SfntDirectory, FindsAndValidatesTables) {
       {"sum wraps", test::patchU32(test::patchU32(font, offsetField, 0xFFFFFFF0), lengthField, 0x20), "kern", true, false},
   };
   for (const auto& row : rows) {
-    auto entry = FindSpecifiedTable(ByteSpan(row.bytes), row.tag);
-    ASSERT_EQ(entry.has_value(), row.found) << row.what;
-    if (entry) {
-      EXPECT_EQ(ValidateDirectoryEntry(&*entry, ByteSpan(row.bytes)), row.valid) << row.what;
+    // Looked up in the bytes, and in the directory read once and carried with them.
+    const SfntDirectory directory{SfntBytes(ByteSpan(row.bytes))};
+    for (const SfntBytes& font : {SfntBytes(ByteSpan(row.bytes)), SfntBytes(ByteSpan(row.bytes)).withDirectory(directory)}) {
+      SCOPED_TRACE(std::string(row.what) + (font.directory() ? ", directory carried" : ", from the bytes"));
+      auto entry = FindSpecifiedTable(font, row.tag);
+      ASSERT_EQ(entry.has_value(), row.found);
+      if (entry) {
+        EXPECT_EQ(entry->entryOffset, SfntBuilder::entryOffset(0));
+        EXPECT_EQ(ValidateDirectoryEntry(&*entry, font), row.valid);
+      }
     }
   }
   EXPECT_FALSE(ValidateDirectoryEntry(nullptr, ByteSpan(font)));

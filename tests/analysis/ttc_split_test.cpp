@@ -68,7 +68,7 @@ std::string factsOf(const SfntBytes& face, uint32_t crc) {
   uint32_t kerning = 0;
   UxString n[4], platform;
   GetTrueTypeKerningTableChecksum(face, &kerning);
-  getMetaDataFromNamesTable(face, nullptr, nullptr, 0, nullptr, &n[0], nullptr, &n[1], &n[2], &n[3], nullptr);
+  getMetaDataFromNamesTable(face, nullptr, &n[0], nullptr, &n[1], &n[2], &n[3], nullptr);
   GetPlatformTTF(face, &platform);
   return std::to_string(crc) + "|" + std::to_string(kerning) + "|" + n[0] + "|" + n[1] + "|" + n[2] + "|" + n[3] + "|" +
          platform;

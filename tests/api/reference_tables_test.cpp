@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "api/font_specifier.h"
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 #include "typeprint.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #include "builders/apple_double_builder.h"
 
-#include "foundation/be_writer.h"
+#include "base/be_writer.h"
 
 namespace typeprint::test {
 

@@ -1,6 +1,6 @@
 #include "builders/mac_binary_builder.h"
 
-#include "foundation/be_writer.h"
+#include "base/be_writer.h"
 #include "platform/linux/mac_binary.h"
 
 namespace typeprint::test {

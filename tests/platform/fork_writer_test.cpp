@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <filesystem>
 
 #include "builders/byte_edits.h"
@@ -18,9 +19,9 @@ TEST(ForkWriter, WritesAtomicallyKeepingPermissionsAndAFailureLeavesTheOriginal)
   const std::string path = dir.file("font");
   ASSERT_TRUE(replaceFileAtomically(path, test::bytesOf("new")));
   ASSERT_EQ(chmod(path.c_str(), 0640), 0);
-  setReplaceFaultForTesting([](const std::string&) { return false; });  // as a crash or a full disk would
+  setWriteFaultForTesting([](WriteStep step, const std::string&) { return step == WriteStep::Rename ? EIO : 0; });
   EXPECT_FALSE(replaceFileAtomically(path, test::bytesOf("newer")));
-  setReplaceFaultForTesting(nullptr);
+  setWriteFaultForTesting(nullptr);
   EXPECT_EQ(test::readFile(path), "new");
   EXPECT_TRUE(replaceFileAtomically(path, test::bytesOf("newer")));
   struct stat st;

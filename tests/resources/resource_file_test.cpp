@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <map>
 #include <set>
@@ -178,14 +179,15 @@ TEST(ResourceFile, EditsAreWrittenBackIntoEveryContainerForm) {
     // Nothing is written by a read-only open (0), an open without edits (1; a rewrite would also
     // correct the stale CRC), or a write that fails before the rename (2).
     for (int attempt = 0; attempt < 3; ++attempt) {
-      if (attempt == 2) setReplaceFaultForTesting([](const std::string& temp) { EXPECT_TRUE(fs::exists(temp)); return false; });
+      if (attempt == 2)
+        setWriteFaultForTesting([](WriteStep step, const std::string&) { return step == WriteStep::Rename ? EIO : 0; });
       {
         auto rf = openResourceFile(path, attempt == 0);
         ASSERT_TRUE(rf);
         if (attempt != 1) applyEdits(rf.get(), row.edit);
         EXPECT_EQ(object(rf).updateResFile(), attempt == 1);
-      }  // closing tries once more
-      setReplaceFaultForTesting(nullptr);
+      }  // closing does not try again
+      setWriteFaultForTesting(nullptr);
       EXPECT_EQ(snapshot(scratch.path()), original) << "attempt " << attempt;
     }
     std::vector<std::string> expected;

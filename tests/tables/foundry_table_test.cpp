@@ -4,7 +4,7 @@
 #include <set>
 #include <string>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 #include "platform/linux/plist_io.h"
 #include "support/test_paths.h"
 #include "tables/foundry_table.h"

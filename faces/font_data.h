@@ -45,11 +45,12 @@ struct TFontData {
   uint16_t extensionType = kExtUnknown;
   uint16_t fontKind = kFontKindUnknown;
   ByteSpan data;
+  SfntDirectory directory;        // the table directory of `data`, read once when data is loaded
   int isResourceFont = 0;         // the font lives in the file's resource fork (FOND or POST resources)
   Handle sfntHandle = nullptr;    // the `sfnt` resource data points at, given back by freeFontInfo
   void* resourceFile = nullptr;   // the caller's open resource file; not owned
 
-  SfntBytes font() const { return SfntBytes(data); }
+  SfntBytes font() const { return SfntBytes(data).withDirectory(directory); }
 };
 
 // Resets every field and opens the font: a resource font when resourceFile holds FOND or POST
@@ -76,6 +77,12 @@ void getMetaData_FontType(TFontData& fd, Handle styleHandle, int styleIndex, UxS
 // Points fd.data at the font's bytes for the sfnt kinds (0, 1, 2); 0 always.
 int loadFontDataIntoMemory(TFontData& fd, Handle styleHandle, short styleIndex);
 int loadTTFontData(TFontData& fd, Handle styleHandle, short styleIndex);
+
+// The names of a PostScript face: from its printer file's POST resources, else from the printer
+// file's data fork. 0 success, 6 printer file not found or unopenable, -1 no printer file.
+long CollectPSMetaData(void* resourceFile, const UxString& path, Handle styleHandle, short styleIndex,
+                       UxString* printerFilePath, UxString* kind, UxString* foundry, UxString* family,
+                       UxString* version, UxString* postScriptName, UxString* styledName, UxString* fullName);
 
 // The whole analysis of one font (a file, or one face of a resource-fork font file). Any output
 // may be null. 0 success; 3 no data or no usable name; -1 platform undecided; otherwise the

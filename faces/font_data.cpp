@@ -1,4 +1,4 @@
-#include "analysis/font_data.h"
+#include "faces/font_data.h"
 
 #include <cctype>
 #include <cstring>
@@ -9,6 +9,7 @@
 #include "analysis/type1_header.h"
 #include "resources/families.h"
 #include "resources/resource_file.h"
+#include "resources/resource_metadata.h"
 
 namespace typeprint {
 namespace {
@@ -96,6 +97,16 @@ void trimTrailingSpaces(UxString& text) {
 
 }  // namespace
 
+long CollectPSMetaData(void* resourceFile, const UxString& path, Handle styleHandle, short styleIndex,
+                       UxString* printerFilePath, UxString* kind, UxString* foundry, UxString* family,
+                       UxString* version, UxString* postScriptName, UxString* styledName, UxString* fullName) {
+  long status = CollectPSMetaDataMac(resourceFile, path, styleHandle, styleIndex, printerFilePath, kind, foundry,
+                                     family, version, postScriptName, styledName, fullName);
+  if (status == 0) return 0;
+  return CollectPSMetaDataFromFile(path, printerFilePath, kind, foundry, family, version, postScriptName,
+                                   styledName, fullName);
+}
+
 const char* fontKindString(uint16_t kind) {
   static const char* const kStrings[] = {"TrueType",   "OpenType - TT",   "OpenType - PS",      "PostScript",
                                          "PostScript - MM", "TrueType Collection"};
@@ -108,6 +119,7 @@ void initializeAndConstructFontInfo(TFontData& fd, void* resourceFile, const UxS
   fd.extensionType = kExtUnknown;
   fd.fontKind = kFontKindUnknown;
   fd.data = {};
+  fd.directory = SfntDirectory();
   fd.isResourceFont = 0;
   fd.sfntHandle = nullptr;
   std::strncpy(fd.path, path.c_str(), kFontDataPathCapacity - 1);
@@ -131,6 +143,7 @@ void freeFontInfo(TFontData& fd) {
   if (fd.sfntHandle) ReleaseResource(fd.sfntHandle);
   fd.sfntHandle = nullptr;
   fd.data = {};
+  fd.directory = SfntDirectory();
   fd.resourceFile = nullptr;
 }
 
@@ -185,6 +198,7 @@ int loadTTFontData(TFontData& fd, Handle styleHandle, short styleIndex) {
   }
   // The whole data fork, where it lies; a size that does not fit in 32 bits counts as none.
   if (!fd.data.data && fd.forks && fd.forks->dataFork.size < 0xFFFFFFFFu) fd.data = fd.forks->dataFork;
+  fd.directory = SfntDirectory(SfntBytes(fd.data));
   promoteToOpenType(fd);
   return 0;
 }
@@ -214,7 +228,7 @@ long CollectMetaData(void* resourceFile, const UxString& path, Handle styleHandl
       status = 3;
     } else {
       if (fd.fontKind == kFontKindOpenTypeTT) kind = fontKindString(kFontKindOpenTypeTT);
-      bool gotNames = getMetaDataFromNamesTable(fd.font(), fd.resourceFile, styleHandle, styleIndex, foundry, family,
+      bool gotNames = getMetaDataFromNamesTable(fd.font(), foundry, family,
                                                 version, postScriptName, styledName, fullName, windowsFullName);
       status = gotNames ? 0 : 3;
       if (platform && !fd.isResourceFont && gotNames && !GetPlatformTTF(fd.font(), platform)) status = -1;

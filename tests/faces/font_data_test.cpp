@@ -1,4 +1,4 @@
-#include "analysis/font_data.h"
+#include "faces/font_data.h"
 
 #include <gtest/gtest.h>
 

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "foundation/be_reader.h"
+#include "base/be_reader.h"
 
 namespace typeprint {
 
