@@ -7,6 +7,7 @@
 
 #include "tools/commands.h"
 #include "tools/edit_commands.h"
+#include "tools/extract_command.h"
 
 namespace {
 
@@ -33,6 +34,9 @@ const char kHelp[] =
     "      --in-place writes a new file over FILE (and its fork companion) keeping mode, owner and\n"
     "      group; a symbolic link keeps pointing at the edited file; other hard links to FILE keep\n"
     "      the old contents. A file another edit holds is refused.\n"
+    "  extract [-o OUTDIR] [--afm] [--bitmaps] [--pfa] [--force] [--format text|json] PATH...\n"
+    "      write the fonts inside Mac font files (suitcases, printer fonts, .dfont, in any fork\n"
+    "      layout) as .ttf/.otf, .pfb (or .pfa) with .afm, and .bdf files\n"
     "\n"
     "Exit status: 0 success, 1 when a file could not be identified or read, 2 on usage errors.\n";
 
@@ -55,6 +59,7 @@ int main(int argc, char** argv) {
   if (command == "classify") return classifyCommand(args);
   if (command == "purge") return purgeCommand(args);
   if (command == "promote") return promoteCommand(args);
+  if (command == "extract") return extractCommand(args);
   // "typeprint FILE..." is short for "typeprint identify FILE...".
   if (std::filesystem::exists(command)) return identifyCommand(std::vector<std::string>(argv + 1, argv + argc));
   std::fprintf(stderr, "typeprint: unknown command '%s' (see typeprint --help)\n", command.c_str());
