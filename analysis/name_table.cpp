@@ -76,12 +76,14 @@ bool isPlainASCII(const std::string& text) {
 }
 
 // UTF-16 big-endian first when the record is double-byte or starts with a zero byte, then
-// UTF-8; bytes that decode to nothing give an empty text.
+// UTF-8; bytes that decode to nothing give an empty text. A single-byte name ends at its first
+// zero byte, as a C string does.
 UxString decodeName(const NameRecord& r, ByteSpan bytes) {
   UxString text;
   bool utf16 = IsDoubleBytePlatform(r.platformID, r.encodingID, r.languageID) ||
                (!bytes.empty() && bytes.data[0] == 0);
   if (utf16 && text.Set(bytes, TextEncoding::UTF16BE) && !text.empty()) return text;
+  if (!utf16) bytes = bytes.sub(0, size_t(std::find(bytes.begin(), bytes.end(), 0) - bytes.begin()));
   text.clear();
   if (!text.Set(bytes, TextEncoding::UTF8)) text.clear();
   return text;

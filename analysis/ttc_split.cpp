@@ -1,6 +1,7 @@
 #include "analysis/ttc_split.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 #include "analysis/checksums.h"
 #include "base/be_writer.h"
@@ -133,6 +134,15 @@ unsigned int TrueTypeCollectionFont::faceCountInFile() const {
   return unsigned(std::min<uint64_t>(listed, (data_.size - kTTCHeaderSize - 1) / 4));
 }
 
+std::vector<unsigned int> TrueTypeCollectionFont::facesAtDistinctOffsets() const {
+  std::vector<unsigned int> faces;
+  std::unordered_set<uint32_t> seen;
+  BEReader list = BEReader(data_).from(kTTCHeaderSize);
+  for (unsigned int face = 0, count = faceCountInFile(); face < count; ++face)
+    if (seen.insert(list.u32()).second) faces.push_back(face);
+  return faces;
+}
+
 int TrueTypeCollectionFont::GetFaceLayout(unsigned int face, TTCFace& out) {
   out = TTCFace();
   if (face >= faceCount()) return kTTCNoFace;
@@ -195,7 +205,8 @@ int TrueTypeCollectionFont::GetDataPtrForFace(unsigned int face, std::vector<uin
 }
 
 int TrueTypeCollectionFont::WriteTTF(const std::vector<uint8_t>& faceData, unsigned int face,
-                                     const std::string& outputDirectory, std::string& writtenPath) {
+                                     const std::string& outputDirectory, std::string& writtenPath,
+                                     WriteResult* writeFailure) {
   writtenPath.clear();
   if (faceData.empty()) return kTTCNoFace;
   // A directory given with a slash anywhere gets one more before the number; a bare word does not.
@@ -205,13 +216,17 @@ int TrueTypeCollectionFont::WriteTTF(const std::vector<uint8_t>& faceData, unsig
     name = prefix + std::to_string(n) + ".ttf";
     if (posix::entryKind(name, false) == posix::EntryKind::Missing) break;
   }
-  if (!replaceFileAtomically(name, ByteSpan(faceData))) return kTTCFileError;
+  const WriteResult written = replaceFileAtomically(name, ByteSpan(faceData));
+  if (!written) {
+    if (writeFailure) *writeFailure = written;
+    return kTTCFileError;
+  }
   writtenPath = name;
   return kTTCSuccess;
 }
 
 int TrueTypeCollectionFont::SeparateTTCFonts(const std::string& collectionPath, const std::string& outputDirectory,
-                                             std::vector<std::string>& writtenPaths) {
+                                             std::vector<std::string>& writtenPaths, WriteResult* writeFailure) {
   TrueTypeCollectionFont collection(collectionPath);
   int status = kTTCSuccess;
   std::vector<uint8_t> faceData;
@@ -220,7 +235,8 @@ int TrueTypeCollectionFont::SeparateTTCFonts(const std::string& collectionPath, 
     if (kTTCHeaderSize + 4 * uint64_t(face) + 4 >= collection.data_.size) return kTTCDamaged;
     std::string written;
     int faceStatus = collection.GetDataPtrForFace(face, faceData);
-    if (faceStatus == kTTCSuccess) faceStatus = collection.WriteTTF(faceData, face, outputDirectory, written);
+    if (faceStatus == kTTCSuccess)
+      faceStatus = collection.WriteTTF(faceData, face, outputDirectory, written, writeFailure);
     if (faceStatus == kTTCSuccess) writtenPaths.push_back(written);
     else status = faceStatus;
   }

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "analysis/sfnt_directory.h"
+#include "platform/linux/atomic_file.h"
 #include "platform/linux/fork_locator.h"
 
 namespace typeprint {
@@ -79,16 +80,21 @@ class TrueTypeCollectionFont {
   // The faces whose offset entry lies inside the file: no face after them can be read, so walks
   // over a damaged count stop there.
   unsigned int faceCountInFile() const;
+  // Of the faces in the file, those whose offset no earlier face has, in order: a face listed
+  // again reads exactly as it did the first time.
+  std::vector<unsigned int> facesAtDistinctOffsets() const;
   // Face `face` rebuilt in place (see TTCFace).
   int GetFaceLayout(unsigned int face, TTCFace& out);
   // Face `face` rebuilt as bytes; out is emptied on failure.
   int GetDataPtrForFace(unsigned int face, std::vector<uint8_t>& out);
   // Writes a rebuilt face to <outputDirectory>[/]<n>.ttf, n the first free number from `face`.
+  // A failed write gives kTTCFileError, and *writeFailure (when given) says why.
   int WriteTTF(const std::vector<uint8_t>& faceData, unsigned int face, const std::string& outputDirectory,
-               std::string& writtenPath);
-  // Rebuilds and writes every face; the status of the last face that failed, else 0.
+               std::string& writtenPath, WriteResult* writeFailure = nullptr);
+  // Rebuilds and writes every face; the status of the last face that failed, else 0. When a
+  // write failed, *writeFailure (when given) holds the last such failure.
   static int SeparateTTCFonts(const std::string& collectionPath, const std::string& outputDirectory,
-                              std::vector<std::string>& writtenPaths);
+                              std::vector<std::string>& writtenPaths, WriteResult* writeFailure = nullptr);
 
  private:
   int checkHeader();

@@ -29,12 +29,12 @@ T* wanted(uint32_t mask, uint32_t bit, T& field) {
 }
 
 // Each face of a collection is read where it lies in the collection: its rebuilt directory is
-// made in memory and its tables are not copied. Nothing is written to disk.
+// made in memory and its tables are not copied. Nothing is written to disk. A face listed twice
+// is read once: its second record would be removed as a duplicate of the first anyway.
 bool walkCollection(const char* path, uint32_t mask, TP_FontArray& array) {
   TrueTypeCollectionFont collection{std::string(path)};
   bool found = false;
-  const unsigned int faces = collection.faceCountInFile();
-  for (unsigned int i = 0; i < faces; ++i) {
+  for (unsigned int i : collection.facesAtDistinctOffsets()) {
     TTCFace face;
     if (collection.GetFaceLayout(i, face) != 0) continue;
     TP_FontSpecifier record;
@@ -124,11 +124,9 @@ bool collectFace(ResourceWalk& walk, Handle fond, int s, int16_t& firstRes, TP_F
 
 // Every family and each of its distinct styles; a file without families is walked once as a
 // single face.
-bool walkResourceFile(const char* path, uint32_t mask, TP_FontArray& array) {
-  std::optional<FileForks> forks = openForks(path);
-  if (!forks) return false;
-  std::unique_ptr<void, ResourceFileCloser> rf(AllocateResourceFileFromForks(path, *forks, true));
-  ResourceWalk walk{path, mask, *forks, rf.get(), forks->type, forks->creator};
+bool walkResourceForks(const char* path, const FileForks& forks, uint32_t mask, TP_FontArray& array) {
+  std::unique_ptr<void, ResourceFileCloser> rf(AllocateResourceFileFromForks(path, forks, true));
+  ResourceWalk walk{path, mask, forks, rf.get(), forks.type, forks.creator};
   bool found = false;
   const int16_t families = int16_t(countResType(walk.rf, kTypeFOND));
   const int familyRounds = families == 0 ? 1 : families;
@@ -143,12 +141,23 @@ bool walkResourceFile(const char* path, uint32_t mask, TP_FontArray& array) {
   return found;
 }
 
+bool walkResourceFile(const char* path, uint32_t mask, TP_FontArray& array) {
+  std::optional<FileForks> forks = openForks(path);
+  return forks && walkResourceForks(path, *forks, mask, array);
+}
+
 }  // namespace
 
 bool createSpecifiers(const char* path, uint32_t mask, TP_FontArray& array) {
   if (isForkCompanion(path)) return false;  // it carries another file's fork, never a font of its own
   const bool found = fontTypeFromExtension(path) == kExtensionTTC ? walkCollection(path, mask, array)
                                                                   : walkResourceFile(path, mask, array);
+  if (found) array.RemoveDups();
+  return found;
+}
+
+bool createSpecifiersFromForks(const char* path, const FileForks& forks, uint32_t mask, TP_FontArray& array) {
+  const bool found = walkResourceForks(path, forks, mask, array);
   if (found) array.RemoveDups();
   return found;
 }

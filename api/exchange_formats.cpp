@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <limits>
 #include <memory>
 
@@ -88,6 +89,52 @@ std::string xmlBlockTemplate() {
   return block + "\t</FontData>\n";
 }
 
+// The bytes the values of one document may take: a well-formed document's values are each copied
+// once, but in a damaged one a value can run across many later blocks and be found again by each.
+struct XMLValueBudget {
+  size_t documentSize;
+  size_t used = 0;
+  bool take(size_t n) {
+    used += n;
+    return !exceeded();
+  }
+  bool exceeded() const { return used / kMaxXMLValueFactor > documentSize; }
+};
+
+// The text between <tag> and </tag> at or after a position, for positions that never decrease:
+// each search's result is kept while it still lies ahead, so a tag missing from the rest of the
+// document is searched for once, not once per block.
+class TagFinder {
+ public:
+  void setTag(const char* tag) {
+    open_ = std::string("<") + tag + ">";
+    close_ = std::string("</") + tag + ">";
+  }
+  // False, with *value untouched, when either is missing or the budget is spent.
+  bool value(const std::string& text, size_t from, XMLValueBudget& budget, UxString* value) {
+    size_t start = nextOpen_.at(text, open_, from);
+    if (start == std::string::npos) return false;
+    start += open_.size();
+    const size_t end = nextClose_.at(text, close_, start);
+    if (end == std::string::npos || !budget.take(end - start)) return false;
+    *value = text.substr(start, end - start);
+    return true;
+  }
+
+ private:
+  struct Cursor {
+    size_t found = 0;
+    bool searched = false;
+    size_t at(const std::string& text, const std::string& needle, size_t from) {
+      if (!searched || (found != std::string::npos && found < from)) found = text.find(needle, from);
+      searched = true;
+      return found;
+    }
+  };
+  std::string open_, close_;
+  Cursor nextOpen_, nextClose_;
+};
+
 }  // namespace
 
 uint32_t strtol32(const char* text, int radix) {
@@ -95,24 +142,6 @@ uint32_t strtol32(const char* text, int radix) {
   if (value > std::numeric_limits<int32_t>::max()) value = std::numeric_limits<int32_t>::max();
   if (value < std::numeric_limits<int32_t>::min()) value = std::numeric_limits<int32_t>::min();
   return uint32_t(int32_t(value));
-}
-
-bool ExtractTagValue(const std::string& text, size_t from, const char* tag, UxString* value) {
-  const std::string open = std::string("<") + tag + ">", close = std::string("</") + tag + ">";
-  size_t start = text.find(open, from);
-  if (start == std::string::npos) return false;
-  start += open.size();
-  size_t end = text.find(close, start);
-  if (end == std::string::npos) return false;
-  *value = text.substr(start, end - start);
-  return true;
-}
-
-bool ExtractTagValue(const std::string& text, size_t from, const char* tag, short radix, uint32_t* value) {
-  UxString digits;
-  bool found = ExtractTagValue(text, from, tag, &digits);
-  *value = strtol32(digits.c_str(), radix);
-  return found;
 }
 
 std::string xmlRepresentation(TP_FontArray* array, bool* hasFaces) {
@@ -138,15 +167,24 @@ std::string xmlRepresentation(TP_FontArray* array, bool* hasFaces) {
 uint32_t arrayFromXML(const char* xml, TP_FontArray** out) {
   const std::string text = xml;
   auto array = std::make_unique<TP_FontArray>();
+  XMLValueBudget budget{text.size()};
+  TagFinder strings[std::size(kStringRows)], numbers[std::size(kNumberRows)];
+  for (size_t i = 0; i < std::size(kStringRows); ++i) strings[i].setTag(kStringRows[i].tag);
+  for (size_t i = 0; i < std::size(kNumberRows); ++i) numbers[i].setTag(kNumberRows[i].tag);
   uint32_t status = TP_STATUS_RANGE;
   size_t p = text.find("<FontData>");
   while (p != std::string::npos) {
     TP_FontSpecifier record = importedRecord();
     // Each search runs from the block's start to the end of the text, not to the block's end.
-    for (const StringRow& row : kStringRows)
-      if (ExtractTagValue(text, p, row.tag, &(record.*row.field))) record.attributes |= row.bit;
-    for (const NumberRow& row : kNumberRows)
-      if (ExtractTagValue(text, p, row.tag, short(row.radix), &(record.*row.field))) record.attributes |= row.bit;
+    for (size_t i = 0; i < std::size(kStringRows); ++i)
+      if (strings[i].value(text, p, budget, &(record.*kStringRows[i].field))) record.attributes |= kStringRows[i].bit;
+    for (size_t i = 0; i < std::size(kNumberRows); ++i) {
+      UxString digits;
+      if (numbers[i].value(text, p, budget, &digits)) record.attributes |= kNumberRows[i].bit;
+      // A missing number is stored too, as 0.
+      record.*kNumberRows[i].field = strtol32(digits.c_str(), kNumberRows[i].radix);
+    }
+    if (budget.exceeded()) return TP_STATUS_FAILED;
     array->append(record);
     size_t q = text.find("</FontData>", p);
     if (q == std::string::npos) break;

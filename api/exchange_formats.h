@@ -15,19 +15,16 @@ extern const char* const kXMLSchemaInstanceURL;
 
 // The XML document for an array, and whether it holds at least one face.
 std::string xmlRepresentation(TP_FontArray* array, bool* hasFaces);
-// Reads every FontData block; status 0 with the array, or 4 when no block was closed.
+// Reads every FontData block; status 0 with the array, 4 when no block was closed, or 1 when
+// the values found overlap so much that copying them would take more than kMaxXMLValueFactor
+// times the document's size.
 uint32_t arrayFromXML(const char* xml, TP_FontArray** out);
+constexpr size_t kMaxXMLValueFactor = 16;
 
 // The property-list document for an array, and whether it holds at least one face.
 std::string propertyListRepresentation(TP_FontArray* array, bool* hasFaces);
 // Reads an array of dictionaries; status 0 with the array, or 1.
 uint32_t arrayFromPropertyList(const char* text, TP_FontArray** out);
-
-// The raw text between <tag> and </tag>, searched from `from` onward; false when either is missing.
-bool ExtractTagValue(const std::string& text, size_t from, const char* tag, UxString* value);
-// The same text read as a number by strtol in `radix`, saturated to a signed 32-bit value; the
-// value is stored even when the tag is missing (as 0).
-bool ExtractTagValue(const std::string& text, size_t from, const char* tag, short radix, uint32_t* value);
 
 // strtol as a 32-bit long: values beyond the signed 32-bit range saturate.
 uint32_t strtol32(const char* text, int radix);

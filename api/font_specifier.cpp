@@ -1,7 +1,9 @@
 #include "api/font_specifier.h"
 
-#include <set>
+#include <cctype>
 #include <string>
+#include <unordered_map>
+#include <vector>
 
 #include "typeprint.h"
 
@@ -30,6 +32,13 @@ const NumberAttribute kComparedNumbers[] = {
     {TP_ATTR_KERNING_CHECKSUM, &TP_FontSpecifier::kerningChecksum},
     {TP_ATTR_OUTLINE_FILE_SIZE, &TP_FontSpecifier::outlineFileSize},
 };
+
+// The key under which two names are equal exactly when strcasecmp finds them so.
+std::string foldedName(const std::string& name) {
+  std::string key(name.c_str());
+  for (char& c : key) c = char(std::tolower(static_cast<unsigned char>(c)));
+  return key;
+}
 
 }  // namespace
 
@@ -68,18 +77,25 @@ bool TP_FontArray::FindIndexForFondResourceID(short fondID, short style, unsigne
   return false;
 }
 
+// Records are grouped by PostScript name under the equality UxString uses (strcasecmp: letters
+// folded by the C library's tolower, the name ending at its first zero byte), in the order each
+// name first appears. Of each group the first record is kept, unless a later one from a real
+// resource (firstFontResID of 1 or more) has a lower style than the one chosen so far; the scan
+// goes on from the record after each new choice.
 void TP_FontArray::RemoveDups() {
-  TP_FontArray result;
-  std::set<typeprint::UxString> seen;  // ordered, and like every UxString blind to case
+  std::unordered_map<std::string, size_t> groupOfName;
+  std::vector<std::vector<size_t>> groups;
   for (size_t r = 0; r < specifiers.size(); ++r) {
-    if (!seen.insert(specifiers[r].postScriptName).second) continue;
-    size_t chosen = r;
-    for (size_t e = chosen + 1; e < specifiers.size(); ++e) {
+    auto [found, fresh] = groupOfName.try_emplace(foldedName(specifiers[r].postScriptName), groups.size());
+    if (fresh) groups.emplace_back();
+    groups[found->second].push_back(r);
+  }
+  TP_FontArray result;
+  for (const std::vector<size_t>& members : groups) {
+    size_t chosen = members.front();
+    for (size_t e : members) {
       const TP_FontSpecifier& candidate = specifiers[e];
-      if (candidate.firstFontResID >= 1 && candidate.postScriptName == specifiers[chosen].postScriptName &&
-          candidate.style < specifiers[chosen].style) {
-        chosen = e;  // the scan goes on from the record after the new choice
-      }
+      if (e > chosen && candidate.firstFontResID >= 1 && candidate.style < specifiers[chosen].style) chosen = e;
     }
     result.append(specifiers[chosen]);
   }

@@ -94,7 +94,6 @@ std::optional<TFormatFace> faceFromProperties(TProperties& p, const char* kind, 
   face.style = style.empty() ? "Regular" : style;
   face.pixelSize = std::atoi((p.count("PIXEL_SIZE") ? p["PIXEL_SIZE"] : xlfdField(xlfd, 7)).c_str());
   face.fullName = face.family + " " + face.style;
-  face.postScriptName = xlfd;
   face.contentChecksum = CChecksum::icrc(bytes, 0);
   return face;
 }

@@ -36,7 +36,8 @@ struct TFormatFace {
 
 struct TFormatFile {
   std::string container;    // "WOFF", "WOFF2", "BinHex", "gzip" or empty for a plain file
-  std::string contentKind;  // the kind the bytes show
+  // The kind the bytes show (for a gzip file, the kind of what it decompresses to).
+  std::string contentKind;
   std::string kindNote;     // set when the file's name says another kind than its bytes
   std::vector<TFormatFace> faces;
 };

@@ -21,9 +21,12 @@ constexpr uint32_t kCollectionTag = tag("ttcf");
 // Collection header: ttcf, version, numFonts, then the offset of each face's offset table.
 constexpr size_t kFirstFaceOffsetAt = 12;
 
+// The last extension of the file name in lower case; for NAME.EXT.gz, EXT.
 std::string lowerExtension(const std::string& path) {
   const size_t slash = path.find_last_of('/');
-  const std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
+  std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
+  for (const char* compressed : {".gz", ".GZ"})
+    if (name.size() > 3 && name.compare(name.size() - 3, 3, compressed) == 0) name.resize(name.size() - 3);
   const size_t dot = name.find_last_of('.');
   if (dot == std::string::npos || dot == 0) return {};
   std::string extension = name.substr(dot + 1);
@@ -64,7 +67,7 @@ std::string extensionKindOf(const std::string& path) {
       {"otc", "OpenType Collection"}, {"woff", "WOFF"},       {"woff2", "WOFF2"},
       {"pfb", "PostScript"},      {"pfa", "PostScript"},      {"t1", "PostScript"},
       {"ps", "PostScript"},       {"pcf", "PCF"},             {"bdf", "BDF"},
-      {"gz", "gzip"},             {"hqx", "BinHex"}};
+      {"hqx", "BinHex"}};
   const std::string extension = lowerExtension(path);
   for (const auto& [name, kind] : kExtensions)
     if (extension == name) return kind;
@@ -76,24 +79,31 @@ std::string kindNote(const std::string& path, const std::string& contentKind) {
   const std::string extension = lowerExtension(path);
   if (extension.empty()) return "the file name has no extension; its bytes are " + contentKind;
   const std::string promised = extensionKindOf(path);
-  if (promised.empty() || promised == contentKind) return {};
+  // A collection of either outline kind may be named .ttc or .otc.
+  const bool bothCollections = promised.find("Collection") != std::string::npos &&
+                               contentKind.find("Collection") != std::string::npos;
+  if (promised.empty() || promised == contentKind || bothCollections) return {};
   return "named ." + extension + " (" + promised + ") but its bytes are " + contentKind;
 }
 
 TFormatFile readFormatBytes(ByteSpan bytes, const std::string& path) {
   TFormatFile file;
   file.contentKind = contentKindOf(bytes);
-  file.kindNote = kindNote(path, file.contentKind);
   std::vector<uint8_t> decoded;
+  if (file.contentKind == "gzip") {
+    // A compressed bitmap font is known by what it decompresses to.
+    file.container = "gzip";
+    if (decodeGzip(bytes, decoded) != EDecodeStatus::kDecoded) return file;
+    const std::string inner = contentKindOf(decoded);
+    if (inner != "PCF" && inner != "BDF") return file;
+    file.contentKind = inner;
+    bytes = decoded;
+  }
+  file.kindNote = kindNote(path, file.contentKind);
   const std::string& kind = file.contentKind;
   if (kind == "WOFF" || kind == "WOFF2") {
     file.container = kind;
     readDecodedSfnt(kind == "WOFF" ? decodeWoff(bytes, decoded) : decodeWoff2(bytes, decoded), decoded, file);
-  } else if (kind == "gzip") {
-    file.container = kind;
-    if (decodeGzip(bytes, decoded) != EDecodeStatus::kDecoded) return file;
-    std::optional<TFormatFace> face = looksLikePcf(decoded) ? readPcfFace(decoded) : readBdfFace(decoded);
-    if (face) file.faces.push_back(std::move(*face));
   } else if (kind == "PCF" || kind == "BDF") {
     std::optional<TFormatFace> face = kind == "PCF" ? readPcfFace(bytes) : readBdfFace(bytes);
     if (face) file.faces.push_back(std::move(*face));
@@ -112,6 +122,17 @@ std::vector<TFormatFace> readResourceFaces(const std::string& path, const FileFo
   if (std::optional<TType1Program> program = readType1ProgramFromPrinterFile(path, forks))
     return {type1Face(*program, path)};
   return readMacBitmapFamilies(path, forks);
+}
+
+std::optional<TFormatFile> readFormatSummary(const std::string& path) {
+  std::shared_ptr<const MappedFile> mapped = MappedFile::open(path);
+  if (!mapped) return std::nullopt;
+  TFormatFile file;
+  file.contentKind = contentKindOf(mapped->bytes());
+  file.kindNote = kindNote(path, file.contentKind);
+  if (sfntOutlineKind(BEReader(mapped->bytes()).u32())[0] || file.contentKind.find("Collection") != std::string::npos)
+    file.faces = readSfntFaces(mapped->bytes(), false);
+  return file;
 }
 
 std::optional<TFormatFile> readFormatFile(const std::string& path) {

@@ -43,11 +43,12 @@ const char* sfntOutlineKind(uint32_t sfntVersion) {
   return "";
 }
 
-std::vector<TFormatFace> readSfntFaces(ByteSpan bytes) {
+std::vector<TFormatFace> readSfntFaces(ByteSpan bytes, bool withChecksums) {
   std::vector<TFormatFace> faces;
   if (BEReader(bytes).u32() != kCollectionTag) {
     TFormatFace face;
-    if (describeFace(SfntBytes(bytes), CChecksum::icrc(bytes, 0), face)) faces.push_back(std::move(face));
+    if (describeFace(SfntBytes(bytes), withChecksums ? CChecksum::icrc(bytes, 0) : 0, face))
+      faces.push_back(std::move(face));
     return faces;
   }
   TrueTypeCollectionFont collection(bytes);
@@ -55,7 +56,8 @@ std::vector<TFormatFace> readSfntFaces(ByteSpan bytes) {
   for (unsigned int i = 0; i < count; ++i) {
     TTCFace layout;
     TFormatFace face;
-    if (collection.GetFaceLayout(i, layout) == kTTCSuccess && describeFace(layout, layout.crc(), face))
+    if (collection.GetFaceLayout(i, layout) == kTTCSuccess &&
+        describeFace(layout, withChecksums ? layout.crc() : 0, face))
       faces.push_back(std::move(face));
   }
   return faces;

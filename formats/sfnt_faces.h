@@ -14,7 +14,8 @@ const char* sfntOutlineKind(uint32_t sfntVersion);
 
 // One face per font: names from the naming table, the kind its outlines give, axes and named
 // instances, and the face checksum (the CRC-32 of the font, of the rebuilt face for a
-// collection). Empty when the bytes are no sfnt font or collection with a usable face.
-std::vector<TFormatFace> readSfntFaces(ByteSpan bytes);
+// collection). Empty when the bytes are no sfnt font or collection with a usable face. Without
+// `withChecksums` the content checksums are left 0 and the font's bytes are not summed.
+std::vector<TFormatFace> readSfntFaces(ByteSpan bytes, bool withChecksums = true);
 
 }  // namespace typeprint::formats

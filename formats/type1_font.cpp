@@ -1,13 +1,14 @@
 #include "formats/type1_font.h"
 
 #include <cctype>
+#include <algorithm>
 #include <cstdlib>
-#include <fstream>
 #include <memory>
 #include <sstream>
 
 #include "analysis/checksums.h"
 #include "analysis/type1_header.h"
+#include "platform/linux/mapped_file.h"
 #include "resources/resource_file.h"
 #include "resources/resource_metadata.h"
 
@@ -135,27 +136,71 @@ std::string afmValue(const std::string& afm, const std::string& key) {
   return {};
 }
 
+// A companion file, or its first 4 MB; empty when it cannot be read.
 std::string readSmallFile(const std::string& path) {
-  constexpr std::streamsize kMaxCompanionSize = 4 * 1024 * 1024;
-  std::ifstream in(path, std::ios::binary);
-  if (!in) return {};
-  std::string data(size_t(kMaxCompanionSize), '\0');
-  in.read(data.data(), kMaxCompanionSize);
-  data.resize(size_t(in.gcount()));
-  return data;
+  constexpr size_t kMaxCompanionSize = 4 * 1024 * 1024;
+  std::shared_ptr<const MappedFile> file = MappedFile::open(path);
+  if (!file) return {};
+  const ByteSpan bytes = file->bytes();
+  return std::string(reinterpret_cast<const char*>(bytes.data), std::min(bytes.size, kMaxCompanionSize));
 }
 
-// The metrics companion beside the font: NAME.afm or NAME.AFM, the part of the AFM file before
-// its metrics.
-std::string companionAfm(const std::string& path) {
+// What a metrics companion tells about the face.
+struct TCompanionValues {
+  std::string postScriptName, family, fullName, version, weight, italicAngle;
+};
+
+std::string stemOf(const std::string& path) {
   const size_t dot = path.find_last_of('.');
   const size_t slash = path.find_last_of('/');
-  const std::string stem = dot == std::string::npos || (slash != std::string::npos && dot < slash) ? path : path.substr(0, dot);
+  return dot == std::string::npos || (slash != std::string::npos && dot < slash) ? path : path.substr(0, dot);
+}
+
+// NAME.afm: "Key value" lines before the metrics.
+std::optional<TCompanionValues> afmCompanion(const std::string& stem) {
   for (const char* extension : {".afm", ".AFM"}) {
     std::string afm = readSmallFile(stem + extension);
-    if (afm.compare(0, 16, "StartFontMetrics") == 0) return afm.substr(0, afm.find("StartCharMetrics"));
+    if (afm.compare(0, 16, "StartFontMetrics") != 0) continue;
+    afm = afm.substr(0, afm.find("StartCharMetrics"));
+    return TCompanionValues{afmValue(afm, "FontName"), afmValue(afm, "FamilyName"), afmValue(afm, "FullName"),
+                            afmValue(afm, "Version"),  afmValue(afm, "Weight"),     afmValue(afm, "ItalicAngle")};
   }
-  return {};
+  return std::nullopt;
+}
+
+// NAME.pfm, little-endian: dfItalic (u8) at 80, dfWeight (u16) at 83, dfFace at 105 and
+// dfDriverInfo at 139 (u32 offsets from the file start of the family and PostScript names).
+std::optional<TCompanionValues> pfmCompanion(const std::string& stem) {
+  constexpr size_t kItalicAt = 80, kWeightAt = 83, kFaceAt = 105, kDriverInfoAt = 139;
+  constexpr uint16_t kBoldWeight = 600;
+  for (const char* extension : {".pfm", ".PFM"}) {
+    const std::string pfm = readSmallFile(stem + extension);
+    const ByteSpan bytes(reinterpret_cast<const uint8_t*>(pfm.data()), pfm.size());
+    BEReader r(bytes);
+    auto le = [&](size_t at, int n) {
+      BEReader field = r.at(at, size_t(n));
+      uint32_t v = 0;
+      for (int i = 0; i < n; ++i) v |= uint32_t(field.u8()) << (8 * i);
+      return v;
+    };
+    auto text = [&](uint32_t at) {
+      std::string s;
+      for (BEReader t = r.from(at); t.remaining() > 0;) {
+        const char c = char(t.u8());
+        if (c == '\0') break;
+        s.push_back(c);
+      }
+      return s;
+    };
+    if (pfm.size() <= kDriverInfoAt + 4) continue;
+    TCompanionValues values;
+    values.family = text(le(kFaceAt, 4));
+    values.postScriptName = text(le(kDriverInfoAt, 4));
+    values.weight = le(kWeightAt, 2) >= kBoldWeight ? "Bold" : "Regular";
+    values.italicAngle = le(kItalicAt, 1) ? "-1" : "0";
+    return values;
+  }
+  return std::nullopt;
 }
 
 void fillFrom(std::string& field, const std::string& value) {
@@ -237,14 +282,16 @@ TFormatFace type1Face(const TType1Program& program, const std::string& path) {
   face.kind = kind;
   face.foundry = foundry;
 
-  const std::string afm = companionAfm(path);
-  if (!afm.empty()) {
-    fillFrom(face.postScriptName, afmValue(afm, "FontName"));
-    fillFrom(face.family, afmValue(afm, "FamilyName"));
-    fillFrom(face.fullName, afmValue(afm, "FullName"));
-    fillFrom(face.version, afmValue(afm, "Version"));
-    fillFrom(weight, afmValue(afm, "Weight"));
-    fillFrom(italicAngle, afmValue(afm, "ItalicAngle"));
+  const std::string stem = stemOf(path);
+  std::optional<TCompanionValues> companion = afmCompanion(stem);
+  if (!companion) companion = pfmCompanion(stem);
+  if (companion) {
+    fillFrom(face.postScriptName, companion->postScriptName);
+    fillFrom(face.family, companion->family);
+    fillFrom(face.fullName, companion->fullName);
+    fillFrom(face.version, companion->version);
+    fillFrom(weight, companion->weight);
+    fillFrom(italicAngle, companion->italicAngle);
   }
   fillFrom(face.family, face.fullName);
   face.style = styleFrom(weight, italicAngle);

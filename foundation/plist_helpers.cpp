@@ -10,6 +10,7 @@
 
 #include "foundation/streams.h"
 #include "platform/linux/file_system.h"
+#include "platform/linux/mapped_file.h"
 #include "platform/linux/plist_io.h"
 
 namespace typeprint::QCFUtils {
@@ -90,31 +91,14 @@ std::optional<std::u16string> unitsOf(const Dictionary& dict, const std::string&
 // ---- files ----
 
 std::optional<std::vector<uint8_t>> QCFCreateCFDataRefFromPath(const UxString& path) {
-  // Only a regular file has a length worth allocating for.
-  if (posix::entryKind(path) != posix::EntryKind::File) return std::nullopt;
-  FILE* f = std::fopen(path.c_str(), "rb");
-  if (!f) return std::nullopt;
-  unsigned long length = 0;
-  if (UxStreams::GetFileLengthAndRewind(f, &length) != 0 || length == 0) {
+  // Only regular files are read, opened without blocking, so a FIFO or device is refused.
+  std::shared_ptr<const MappedFile> file = MappedFile::open(path);
+  if (!file) return std::nullopt;
+  if (file->bytes().empty()) {
     say("QCFUtils::QCFCreateCFDataRefFromPath:  error getting file length & rewinding file ");
-    std::fclose(f);
     return std::nullopt;
   }
-  std::vector<uint8_t> bytes;
-  try {
-    bytes.resize(length);
-  } catch (const std::exception&) {
-    say("QCFUtils::QCFCreateCFDataRefFromPath:  failed to create buffer.");
-    std::fclose(f);
-    return std::nullopt;
-  }
-  size_t got = std::fread(bytes.data(), 1, bytes.size(), f);
-  std::fclose(f);
-  if (got != bytes.size()) {
-    say("QCFUtils::QCFCreateCFDataRefFromPath: error reading file ");
-    return std::nullopt;
-  }
-  return bytes;
+  return std::vector<uint8_t>(file->bytes().begin(), file->bytes().end());
 }
 
 std::optional<PlistValue> QCFCreateCFPropertyListFromPath(const UxString& path, unsigned long) {

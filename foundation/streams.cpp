@@ -6,32 +6,23 @@
 
 #include "foundation/file_system.h"
 #include "platform/linux/file_system.h"
+#include "platform/linux/mapped_file.h"
 
 namespace typeprint::UxStreams {
 
 FILE* fopen(const UxString& path, const UxString& mode) { return std::fopen(path.c_str(), mode.c_str()); }
 
 int ReadWholeFile(const UxString& path, void** data, unsigned long* length) {
-  // Only regular files have a length worth allocating for (a folder's "end" can be huge).
-  if (posix::entryKind(path) != posix::EntryKind::File) return -1;
-  FILE* f = std::fopen(path.c_str(), "rb");
-  if (!f) return -1;
-  unsigned long size = 0;
-  if (GetFileLengthAndRewind(f, &size) != 0) {
-    std::fclose(f);
-    return -1;
-  }
-  // calloc refuses the size when size + 1 wraps or is too large, instead of overflowing.
-  void* block = size < static_cast<unsigned long>(-1) ? std::calloc(size + 1, 1) : nullptr;
-  if (!block) {
-    std::fclose(f);
-    return -1;
-  }
-  size_t got = std::fread(block, 1, size, f);
-  std::fclose(f);
+  // Only regular files are read, opened without blocking, so a FIFO or device is refused.
+  std::shared_ptr<const MappedFile> file = MappedFile::open(path);
+  if (!file) return -1;
+  const ByteSpan bytes = file->bytes();
+  void* block = std::calloc(bytes.size + 1, 1);
+  if (!block) return -1;
+  if (!bytes.empty()) std::memcpy(block, bytes.data, bytes.size);
   *data = block;
-  *length = size;
-  return got == size ? 0 : -1;
+  *length = static_cast<unsigned long>(bytes.size);
+  return 0;
 }
 
 int ReadWholeUTF8File(const UxString& path, UxString* text) {

@@ -100,8 +100,8 @@ std::optional<std::string> findPrinterFileInFolder(const std::string& folder, co
   // A name is one path component.
   if (name.empty() || name.find('/') != std::string::npos) return std::nullopt;
   const std::string prefix = withDelimiter(folder);
-  posix::EntryKind kind = posix::entryKind(prefix + name);
-  if (kind != posix::EntryKind::Missing && kind != posix::EntryKind::Directory) return name;
+  // Only a regular file can be a printer file: a FIFO or device is passed over as if missing.
+  if (posix::entryKind(prefix + name) == posix::EntryKind::File) return name;
   for (const char* suffix : kContainerSuffixes) {
     const std::string wrapped = name + suffix;
     std::optional<std::string> macName = containerMacName(prefix + wrapped);

@@ -256,8 +256,13 @@ int splitCommand(const std::vector<std::string>& args) {
     return 1;
   }
   std::vector<std::string> written;
-  const int status = TrueTypeCollectionFont::SeparateTTCFonts(args[0], args[1], written);
+  WriteResult writeFailure;
+  const int status = TrueTypeCollectionFont::SeparateTTCFonts(args[0], args[1], written, &writeFailure);
   for (const std::string& path : written) std::printf("%s\n", path.c_str());
+  if (!writeFailure) {
+    std::fprintf(stderr, "typeprint: %s: %s\n", args[1].c_str(), writeFailure.reason().c_str());
+    return 1;
+  }
   if (status != kTTCSuccess || written.empty()) {
     std::fprintf(stderr, "typeprint: %s: %s\n", args[0].c_str(),
                  status == kTTCNotCollection || written.empty() ? "not a TrueType collection"

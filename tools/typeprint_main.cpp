@@ -8,6 +8,7 @@
 #include "tools/commands.h"
 #include "tools/edit_commands.h"
 #include "tools/extract_command.h"
+#include "typeprint_version.h"
 
 namespace {
 
@@ -49,6 +50,10 @@ int main(int argc, char** argv) {
   std::vector<std::string> args(argv + 2, argv + argc);
   if (command == "--help" || command == "-h" || command == "help") {
     std::fputs(kHelp, stdout);
+    return 0;
+  }
+  if (command == "--version") {
+    std::printf("typeprint %d.%d.%d\n", TYPEPRINT_VERSION_MAJOR, TYPEPRINT_VERSION_MINOR, TYPEPRINT_VERSION_PATCH);
     return 0;
   }
   if (command == "identify") return identifyCommand(args);

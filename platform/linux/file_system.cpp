@@ -13,6 +13,8 @@
 #include <cstdlib>
 #include <fstream>
 
+#include "platform/linux/path_open.h"
+
 namespace typeprint::posix {
 namespace {
 
@@ -107,10 +109,10 @@ std::optional<uint32_t> permissions(const std::string& path) {
 bool setPermissions(const std::string& path, uint32_t mode) { return ::chmod(path.c_str(), mode_t(mode)) == 0; }
 
 bool copyRegularFile(const std::string& from, const std::string& to) {
-  int in = ::open(from.c_str(), O_RDONLY | O_CLOEXEC);
+  int in = openRegularFile(from);
   if (in < 0) return false;
   struct stat st;
-  if (::fstat(in, &st) != 0 || !S_ISREG(st.st_mode)) {
+  if (::fstat(in, &st) != 0) {
     ::close(in);
     return false;
   }

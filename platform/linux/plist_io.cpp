@@ -3,6 +3,9 @@
 #include <plist/plist.h>
 
 #include <cmath>
+#include <cstring>
+#include <string_view>
+#include <vector>
 #include <cstdlib>
 #include <limits>
 #include <memory>
@@ -17,6 +20,10 @@ using OwnedPlist = std::unique_ptr<void, PlistFree>;
 
 // Property lists nest only a few levels in practice; a hostile document cannot recurse deeper.
 constexpr int kMaxDepth = 64;
+// Larger documents are not property lists this library reads or writes.
+constexpr size_t kMaxDocumentSize = size_t(64) << 20;
+// Nodes a binary property list may unfold to (its shared objects copied at each use).
+constexpr size_t kMaxBinaryNodes = size_t(4) << 20;
 
 std::optional<PlistValue> fromNode(plist_t node, int depth) {
   if (!node || depth > kMaxDepth) return std::nullopt;
@@ -118,10 +125,110 @@ plist_t toNode(const PlistValue& v) {
   return nullptr;
 }
 
+// The position just past the first `needle` at or after `from`; npos when there is none.
+size_t skipPast(std::string_view text, size_t from, std::string_view needle) {
+  const size_t at = text.find(needle, from);
+  return at == std::string_view::npos ? at : at + needle.size();
+}
+
+// The position of the '>' that ends the tag starting at `from`, quoted attribute values skipped.
+size_t tagEnd(std::string_view text, size_t from) {
+  for (size_t i = from; i < text.size(); ++i) {
+    if (text[i] == '>') return i;
+    if (text[i] == '"' || text[i] == '\'') {
+      i = text.find(text[i], i + 1);
+      if (i == std::string_view::npos) return i;
+    }
+  }
+  return std::string_view::npos;
+}
+
+// Whether the elements of an XML text nest no deeper than a property list fromNode accepts:
+// <plist>, kMaxDepth + 1 containers, and a value. Comments, CDATA, declarations and processing
+// instructions are passed over; text that ends inside one of them is left to the parser to refuse.
+bool xmlNestingWithinLimit(ByteSpan bytes) {
+  constexpr int kMaxElementDepth = kMaxDepth + 3;
+  const std::string_view text(reinterpret_cast<const char*>(bytes.data), bytes.size);
+  int depth = 0;
+  for (size_t i = text.find('<'); i != std::string_view::npos; i = text.find('<', i)) {
+    const std::string_view rest = text.substr(i);
+    if (rest.rfind("<!--", 0) == 0) i = skipPast(text, i + 4, "-->");
+    else if (rest.rfind("<![CDATA[", 0) == 0) i = skipPast(text, i + 9, "]]>");
+    else if (rest.rfind("<?", 0) == 0) i = skipPast(text, i + 2, "?>");
+    else {
+      const size_t end = tagEnd(text, i + 1);
+      if (end == std::string_view::npos) return true;
+      if (rest.rfind("</", 0) == 0) --depth;
+      else if (rest[1] != '!' && text[end - 1] != '/' && ++depth > kMaxElementDepth) return false;
+      i = end + 1;
+    }
+    if (i == std::string_view::npos) return true;
+  }
+  return true;
+}
+
+// Whether a binary property list's object tree, walked from its top object with every shared
+// object unfolded as libplist unfolds it, stays within kMaxDepth levels and kMaxBinaryNodes
+// nodes. The trailer (last 32 bytes): 6 unused, offset size, reference size, object count (u64),
+// top object (u64), offset table position (u64). An array (0xA), set (0xC) or dictionary (0xD)
+// marker holds its count in the low nibble, or 0xF and an integer object after it; then the
+// references (twice as many for a dictionary). Damage is left to the parser to refuse.
+bool binaryTreeWithinLimits(ByteSpan bytes) {
+  if (bytes.size < 8 + 32) return true;
+  BEReader trailer = BEReader(bytes).at(bytes.size - 32, 32);
+  trailer.skip(6);
+  const uint8_t offsetSize = trailer.u8(), refSize = trailer.u8();
+  const uint64_t objects = uint64_t(trailer.u32()) << 32 | trailer.u32();
+  const uint64_t top = uint64_t(trailer.u32()) << 32 | trailer.u32();
+  const uint64_t table = uint64_t(trailer.u32()) << 32 | trailer.u32();
+  if (offsetSize == 0 || offsetSize > 8 || refSize == 0 || refSize > 8 || table >= bytes.size ||
+      objects > (bytes.size - table) / offsetSize || top >= objects)
+    return true;
+  const auto readSized = [](BEReader& r, uint8_t size) {
+    uint64_t v = 0;
+    for (uint8_t i = 0; i < size; ++i) v = v << 8 | r.u8();
+    return v;
+  };
+  struct Pending { uint64_t object; int depth; };
+  std::vector<Pending> stack{{top, 0}};
+  size_t nodes = 1;  // counted when found, so the stack stays within the limit too
+  while (!stack.empty()) {
+    const Pending next = stack.back();
+    stack.pop_back();
+    if (next.depth > kMaxDepth) return false;
+    BEReader entry = BEReader(bytes).at(size_t(table + next.object * offsetSize), offsetSize);
+    const uint64_t offset = readSized(entry, offsetSize);
+    if (!entry.ok() || offset >= bytes.size) continue;
+    BEReader object = BEReader(bytes).at(size_t(offset), bytes.size - size_t(offset));
+    const uint8_t marker = object.u8();
+    const uint8_t kind = marker >> 4;
+    if (kind != 0xA && kind != 0xC && kind != 0xD) continue;
+    uint64_t count = marker & 0xF;
+    if (count == 0xF) {
+      const uint8_t intMarker = object.u8();
+      if (intMarker >> 4 != 0x1 || (intMarker & 0xF) > 3) continue;
+      count = readSized(object, uint8_t(1u << (intMarker & 0xF)));
+    }
+    if (kind == 0xD) count *= 2;
+    if (!object.ok() || count > object.remaining() / refSize) continue;
+    for (uint64_t i = 0; i < count; ++i) {
+      const uint64_t child = readSized(object, refSize);
+      if (child >= objects) continue;
+      if (++nodes > kMaxBinaryNodes) return false;
+      stack.push_back({child, next.depth + 1});
+    }
+  }
+  return true;
+}
+
 }  // namespace
 
 std::optional<PlistValue> parsePropertyList(ByteSpan bytes) {
-  if (bytes.empty() || bytes.size > std::numeric_limits<uint32_t>::max()) return std::nullopt;
+  if (bytes.empty() || bytes.size > kMaxDocumentSize) return std::nullopt;
+  // libplist builds the whole tree recursively before it can be checked: documents nested too
+  // deeply, or binary ones whose shared objects unfold into too many, are refused first.
+  const bool binary = bytes.size >= 8 && std::memcmp(bytes.data, "bplist00", 8) == 0;
+  if (binary ? !binaryTreeWithinLimits(bytes) : !xmlNestingWithinLimit(bytes)) return std::nullopt;
   plist_t root = nullptr;
   plist_from_memory(reinterpret_cast<const char*>(bytes.data), uint32_t(bytes.size), &root);
   OwnedPlist owner(root);

@@ -44,6 +44,7 @@ TEST(NameTable, ChoosesDecodesAndDerivesNames) {
       {"Windows full name from Windows records; a PostScript name must be ASCII, else the cleaned full name",
        {winUS(6, u"\u00e9-B"), mac(4, "Mac (B) [x]/{y}"), winUS(4, u"Win")}, "|||MacBxy|Mac (B) [x]/{y}|Mac (B) [x]/{y}|Win"},
       {"skipped name IDs give nothing", {mac(3, "Unique"), mac(7, "Mark"), mac(18, "Compat")}, "-"},
+      {"a single-byte name ends at its first zero byte", {mac(1, std::string("h\0a\0r", 5))}, family("h")},
   };
   for (const auto& row : rows) EXPECT_EQ(readNames(row.records), row.names) << row.what;
   // Names are cut at 1,023 bytes; an odd 1,023 bytes of UTF-16 fail, and UTF-8 keeps the letters of 511 units.

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
+#include <cerrno>
 #include <filesystem>
 
 #include "analysis/checksums.h"
@@ -118,6 +119,46 @@ TEST(TtcSplit, SeparatesEveryFaceAndReportsTheLastFailure) {
   // A face count far beyond the offsets present fails without walking every number.
   test::writeFile(damaged.file("d.ttc"), text(test::patchU32(ttc, 8, 0xFFFFFFFF)));
   EXPECT_EQ(TrueTypeCollectionFont::SeparateTTCFonts(damaged.file("d.ttc"), good.path(), written), kTTCDamaged);
+}
+
+// A collection listing one face a million times (or claiming 2^31 - 1 faces) costs one face's
+// work: the count is bounded by the offsets present, and a repeated offset is read once.
+TEST(TtcSplit, RepeatedAndImpossibleFaceCountsCostOneFace) {
+  TtcBuilder builder;
+  const Bytes one = builder.face({{"glyf", builder.addTable(Bytes(8, 1))}}).build();
+  Bytes million = test::patchU32(one, 8, 1000000);
+  const uint32_t faceAt = uint32_t(12 + 4 * 1000000);
+  million.insert(million.begin() + 16, 4 * (1000000 - 1), 0);
+  for (size_t i = 0; i < 1000000; ++i) million = test::patchU32(std::move(million), TtcBuilder::faceOffsetEntry(i), faceAt);
+  // The small file's entries after the first read its own bytes as offsets: at most one face each.
+  const struct { const char* what; Bytes bytes; unsigned inFile, distinct; } rows[] = {
+      {"2^31 - 1 faces in a small file", test::patchU32(one, 8, 0x7FFFFFFF), unsigned((one.size() - 13) / 4), 8},
+      {"one face listed a million times", million, 1000000, 1},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.what);
+    const TrueTypeCollectionFont collection{ByteSpan(row.bytes)};
+    EXPECT_EQ(collection.faceCountInFile(), row.inFile);
+    EXPECT_EQ(collection.facesAtDistinctOffsets().size(), row.distinct);
+  }
+}
+
+int gFailedWrites = 0;
+
+// A full disk while splitting: the failure says which write failed and why.
+TEST(TtcSplit, AFullDiskIsReportedWithItsReason) {
+  test::ScratchDir out;
+  gFailedWrites = 0;
+  setWriteFaultForTesting([](WriteStep step, const std::string&) { return step == WriteStep::Write ? ++gFailedWrites, ENOSPC : 0; });
+  std::vector<std::string> paths;
+  WriteResult failure;
+  const int status =
+      TrueTypeCollectionFont::SeparateTTCFonts(test::fontPath("sfnt/DejaVuSans-3faces.ttc"), out.path(), paths, &failure);
+  setWriteFaultForTesting(nullptr);
+  EXPECT_EQ(status, kTTCFileError);
+  EXPECT_TRUE(paths.empty());
+  EXPECT_EQ(gFailedWrites, 3);
+  EXPECT_EQ(failure.reason(), "cannot write the file: No space left on device");
 }
 
 }  // namespace

@@ -24,6 +24,11 @@ Record face(const char* psName, int32_t style, int32_t firstRes, uint32_t mask =
   return s;
 }
 
+Record named(Record s, const std::string& psName) {
+  s.postScriptName = psName;
+  return s;
+}
+
 Record complete() {
   Record s = face("Garamond-Bold", 0, 128);
   s.kindName = "PostScript";
@@ -66,6 +71,10 @@ TEST(FontArray, RemoveDupsKeepsLowestStyleFromARealResource) {
        {face("A", 2, -1), face("B", 0, 1), face("A", 0, 128), face("A", 1, 128), face("b", 0, 1)}, "A/0/128 B/0/1 "},
       {"resource 0 cannot replace, empty names are one name",
        {face("A", 3, 5), face("A", 1, 0), face("A", 2, 7), face("", 0, 1), face("", 0, 2)}, "A/2/7 /0/1 "},
+      {"a name ends at its first zero byte, as strcasecmp reads it",
+       {named(face("", 3, 5), std::string("a\0x", 3)), face("A", 1, 2), face("B", 0, 1)}, "A/1/2 B/0/1 "},
+      {"the scan goes on from each new choice", {face("A", 5, 1), face("A", 3, 1), face("A", 4, 1), face("A", 1, 1)},
+       "A/1/1 "},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);

@@ -5,6 +5,7 @@
 
 #include "analysis/checksums.h"
 #include "builders/byte_edits.h"
+#include "formats/archive_specifier.h"
 #include "formats/binhex.h"
 #include "formats/bitmap_font.h"
 #include "formats/format_reader.h"
@@ -12,6 +13,7 @@
 #include "formats/woff.h"
 #include "formats/woff2.h"
 #include "support/test_paths.h"
+#include "typeprint.h"
 
 namespace typeprint::formats {
 namespace {
@@ -169,6 +171,23 @@ TEST(Type1, SameProgramGivesTheSameFaceInEveryContainer) {
   }
 }
 
+TEST(Type1, CompanionFillsWhatTheHeaderLacks) {
+  // The PFA with its name keys renamed, beside each companion in turn (FontForge's AFM and PFM).
+  std::string pfa = test::readFile(formatFont("NimbusSans-Regular.pfa"));
+  for (const char* key : {"/FontName", "/FamilyName", "/FullName"}) pfa.replace(pfa.find(key), 3, "/Xx");
+  for (const char* companion : {"NimbusSans-Regular.afm", "NimbusSans-Regular.pfm"}) {
+    SCOPED_TRACE(companion);
+    test::ScratchDir dir;
+    test::writeFile(dir.file("font.pfa"), pfa);
+    const std::string extension = std::string(companion).substr(std::string(companion).size() - 4);
+    test::writeFile(dir.file("font" + extension), test::readFile(formatFont(companion)));
+    const TFormatFile file = readOrFail(dir.file("font.pfa"));
+    ASSERT_EQ(file.faces.size(), 1u);
+    EXPECT_EQ(file.faces[0].postScriptName, "NimbusSans-Regular");
+    EXPECT_EQ(file.faces[0].family, "Nimbus Sans");
+  }
+}
+
 TEST(Type1, DebianTextAndBinaryFormsOfOneFontAgree) {
   // fonts-urw-base35 ships each font as a .t1 (binary eexec) and a .pfb encrypted afresh.
   const std::string t1 = "/usr/share/fonts/type1/urw-base35/C059-Italic.t1";
@@ -199,6 +218,7 @@ TEST(BitmapFonts, ReadAsFcScanDoes) {
   const TFormatFile gz = readOrFail(formatFont("Fixed-5x7.pcf.gz"));
   EXPECT_EQ(pcf.faces[0].contentChecksum, gz.faces[0].contentChecksum);  // the decompressed file's CRC
   EXPECT_EQ(gz.container, "gzip");
+  EXPECT_EQ(gz.contentKind, "PCF");
 }
 
 TEST(MacBitmapFamilies, GiveFamilyStyleAndPointSizes) {
@@ -241,12 +261,35 @@ TEST(BinHex, DecodesForksAndRefusesDamage) {
   }
 }
 
+TEST(BinHex, ArchivedFileGivesTheLibrarysOwnRecords) {
+  TP_FontArray* direct = nullptr;
+  ASSERT_EQ(TP_CreateSpecifier(test::fontPath("mac/a-dfont/NimbusSans-CFF.dfont").c_str(), 0, TP_ATTR_ALL, &direct),
+            TP_STATUS_OK);
+  std::unique_ptr<TP_FontArray> archived =
+      createSpecifiersFromBinHex(formatFont("NimbusSans-CFF.dfont.hqx"), TP_ATTR_ALL);
+  ASSERT_TRUE(archived);
+  uint32_t directCount = 0, archivedCount = 0;
+  TP_GetFontCount(direct, &directCount);
+  TP_GetFontCount(archived.get(), &archivedCount);
+  ASSERT_EQ(archivedCount, 2u);
+  ASSERT_EQ(archivedCount, directCount);
+  for (uint32_t i = 0; i < directCount; ++i) {
+    char a[256] = {}, b[256] = {};
+    TP_GetPostScriptName(direct, i, a, sizeof a);
+    TP_GetPostScriptName(archived.get(), i, b, sizeof b);
+    EXPECT_STREQ(a, b);
+    EXPECT_STRNE(a, "");
+  }
+  TP_SpecifierFree(direct);
+  EXPECT_FALSE(createSpecifiersFromBinHex(formatFont("NimbusSans-Regular.pfb"), TP_ATTR_ALL));
+}
+
 TEST(ContentKind, NotesNamesThatDisagreeWithTheBytes) {
   const Bytes otf = readBytes(formatFont("NimbusSans-Regular-subset.otf"));
   const Bytes ttf = readBytes(formatFont("DejaVuSans-subset.ttf"));
   const struct {
     const char* path;
-    const Bytes& bytes;
+    Bytes bytes;
     const char* note;
   } rows[] = {
       {"a/NimbusSans.otf", otf, ""},
@@ -255,6 +298,9 @@ TEST(ContentKind, NotesNamesThatDisagreeWithTheBytes) {
       {"a/DejaVu.TTF", ttf, ""},
       {"a.d/DejaVu", ttf, "the file name has no extension; its bytes are TrueType"},
       {"a/DejaVu.dfont", ttf, ""},
+      {"a/DejaVu.woff2", ttf, "named .woff2 (WOFF2) but its bytes are TrueType"},
+      {"a/Nimbus.ttc", readBytes(formatFont("NimbusSans-subset.otc")), ""},
+      {"a/5x7.pcf.gz", readBytes(formatFont("Fixed-5x7.pcf")), ""},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.path);

@@ -13,9 +13,12 @@
 #include <filesystem>
 
 #include "builders/byte_edits.h"
+#include "foundation/plist_helpers.h"
+#include "foundation/streams.h"
 #include "platform/linux/atomic_file.h"
 #include "platform/linux/fork_locator.h"
 #include "platform/linux/mapped_file.h"
+#include "platform/linux/plist_io.h"
 #include "support/test_paths.h"
 
 namespace typeprint {
@@ -63,7 +66,13 @@ TEST(HostileFiles, SpecialFilesAreRefusedWithoutBlocking) {
     row.make(dir.file(row.special));
     std::optional<FileForks> forks = openForks(dir.file("font"));
     ASSERT_EQ(forks.has_value(), !row.fileItself);
-    if (!forks) continue;
+    if (!forks) {
+      void* data = nullptr;
+      unsigned long length = 0;
+      EXPECT_NE(UxStreams::ReadWholeFile(dir.file("font"), &data, &length), 0);
+      EXPECT_FALSE(QCFUtils::QCFCreateCFDataRefFromPath(dir.file("font")));
+      continue;
+    }
     EXPECT_EQ(std::string(forks->dataFork.begin(), forks->dataFork.end()), "data fork");
     EXPECT_EQ(forks->type, 0u);
   }
@@ -223,6 +232,43 @@ TEST(HostileFiles, LongNamesAndPathsAreWrittenAndRead) {
       ASSERT_TRUE(file);
       EXPECT_EQ(std::string(file->bytes().begin(), file->bytes().end()), contents);
     }
+  }
+}
+
+// A binary property list of `count` arrays, each holding `refs` references to the next; the last
+// is empty. Offsets and references are 4 bytes.
+test::Bytes binaryChain(uint32_t count, int refs) {
+  test::Bytes bytes = test::bytesOf("bplist00"), table;
+  const auto u32 = [](test::Bytes& out, uint64_t v) {
+    for (int shift = 24; shift >= 0; shift -= 8) out.push_back(uint8_t(v >> shift));
+  };
+  for (uint32_t i = 0; i < count; ++i) {
+    u32(table, bytes.size());
+    const bool last = i + 1 == count;
+    bytes.push_back(uint8_t(0xA0 | (last ? 0 : refs)));
+    for (int r = 0; !last && r < refs; ++r) u32(bytes, i + 1);
+  }
+  const uint64_t tableAt = bytes.size();
+  bytes.insert(bytes.end(), table.begin(), table.end());
+  bytes.insert(bytes.end(), {0, 0, 0, 0, 0, 0, 4, 4});
+  for (uint64_t v : {uint64_t(count), uint64_t(0), tableAt}) {
+    u32(bytes, v >> 32);
+    u32(bytes, v & 0xFFFFFFFF);
+  }
+  return bytes;
+}
+
+// Binary property lists that libplist would unfold recursively past the depth limit, or to 2^40
+// nodes through shared objects, are refused before it sees them; a short chain reads.
+TEST(HostileFiles, BinaryPropertyListsThatUnfoldTooFarAreRefused) {
+  const struct { const char* what; test::Bytes bytes; bool reads; } rows[] = {
+      {"chain of 100,000 arrays", binaryChain(100000, 1), false},
+      {"40 arrays, each referring twice to the next", binaryChain(40, 2), false},
+      {"chain of 10 arrays", binaryChain(10, 1), true},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.what);
+    EXPECT_EQ(parsePropertyList(ByteSpan(row.bytes)).has_value(), row.reads);
   }
 }
 

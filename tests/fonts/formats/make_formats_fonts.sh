@@ -13,7 +13,8 @@ export SOURCE_DATE_EPOCH=1700000000
 fontforge -lang=py -script "$here/make_type1_bitmaps.py" "$out" 2>/dev/null
 cd "$out"
 mv Fixed-5x7-7.bdf Fixed-5x7.bdf
-rm -f FixedBitmap.bin FixedBitmap.afm
+rm -f FixedBitmap.bin FixedBitmap.afm pfm-only.pfb
+mv pfm-only.pfm NimbusSans-Regular.pfm
 mv FixedBitmap.bmap.bin FixedBitmap-bitmaps.bin
 # The same Type 1 program in every container: PFA (hex), PFA with binary eexec (the PFB's
 # segments joined, the form Debian's .t1 files take), a printer file in MacBinary, and that
@@ -30,6 +31,8 @@ open("NimbusSans-Regular.t1", "wb").write(b"".join(parts))
 PY
 t1mac -o NimbuSanReg.bin NimbusSans-Regular.pfb
 binhex NimbuSanReg.bin > NimbuSanReg.hqx
+# A data-fork suitcase from the Mac fixtures, archived as a data file with its Finder codes.
+(cd "$here/../mac/a-dfont" && binhex -d -t dfon -c DMOV NimbusSans-CFF.dfont) > NimbusSans-CFF.dfont.hqx
 # The PCF as xfonts-base ships it, and decompressed.
 cp /usr/share/fonts/X11/misc/5x7-ISO8859-1.pcf.gz Fixed-5x7.pcf.gz
 gzip -d -c Fixed-5x7.pcf.gz > Fixed-5x7.pcf

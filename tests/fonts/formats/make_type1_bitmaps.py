@@ -14,6 +14,7 @@ for g in font.glyphs():
 font.selection.invert()
 font.clear()
 font.generate(out + "/NimbusSans-Regular.pfb", flags=("afm",))
+font.generate(out + "/pfm-only.pfb", flags=("pfm",))
 
 bitmap = fontforge.open("/usr/share/fonts/X11/misc/5x7-ISO8859-1.pcf.gz")
 bitmap.generate(out + "/Fixed-5x7.bdf", bitmap_type="bdf")
