@@ -34,17 +34,19 @@ constexpr uint16_t kItalicStyle = 0x02;
 // A FONT resource's ID is family * 128 + point size; size 0 only names the family.
 constexpr int kFontIDSizeBits = 7;
 
-std::string layoutOf(const TypeprintResourceFile& rf) {
+SourceLayout layoutOf(const TypeprintResourceFile& rf) {
   const FileForks& forks = rf.forks();
-  std::string layout;
+  SourceLayout layout;
   switch (forks.source) {
-    case ForkSource::MacBinary: layout = "MacBinary"; break;
-    case ForkSource::AppleSingle: layout = "AppleSingle"; break;
-    case ForkSource::AppleDouble: layout = "AppleDouble " + forks.companionPath; break;
-    case ForkSource::BareFork: layout = "resource fork file " + forks.companionPath; break;
-    case ForkSource::Plain: layout = "plain file"; break;
+    case ForkSource::MacBinary: layout.container = "MacBinary"; break;
+    case ForkSource::AppleSingle: layout.container = "AppleSingle"; break;
+    case ForkSource::AppleDouble: layout.container = "AppleDouble"; break;
+    case ForkSource::BareFork: layout.container = "bare fork"; break;
+    case ForkSource::Plain: layout.container = "plain"; break;
   }
-  return layout + (rf.isDataFork() ? ", resources in the data fork" : ", resource fork");
+  layout.forkFile = forks.companionPath;
+  layout.dataFork = rf.isDataFork();
+  return layout;
 }
 
 std::string styleName(uint16_t style) {
@@ -72,21 +74,36 @@ struct FaceRef {
   uint16_t style = 0;
   int pointSize = 0;
   std::string family;
+  std::string checksumAlsoCovers;
 };
+
+// The face checksum of a family face chains the family's kerning pairs of the style and every
+// outline resource the style lists before the outline itself.
+std::string checksumAlsoCovers(TypeprintResourceFile& rf, Handle fond, uint16_t style, int16_t outlineID) {
+  std::string covers;
+  const auto add = [&](const std::string& part) { covers += (covers.empty() ? "" : " and ") + part; };
+  std::optional<FondMetrics> metrics = readFondMetrics(HandleBytes(fond));
+  const StyleKerning* kerning = metrics ? metrics->kerningFor(style) : nullptr;
+  if (kerning && !kerning->pairs.empty()) add("the family's kerning pairs");
+  for (int16_t id : getSortedNFNTsForFOND(fond, int16_t(style)))
+    if (id != outlineID && GetHandleSize(rf.getResourceHandleForType(kTypeSfnt, id)) > 0) add("sfnt " + std::to_string(id));
+  return covers;
+}
 
 class Planner {
  public:
   Planner(SourcePlan& plan, const ExtractOptions& options) : plan_(plan), options_(options) {}
 
   void planFile(TypeprintResourceFile& rf) {
-    const std::string layout = layoutOf(rf);
+    const SourceLayout layout = layoutOf(rf);
     plan_.layout = layout;
     std::map<int16_t, FaceRef> outlineFaces, strikeFaces;
     for (int16_t id : rf.getSortedResIDsForType(kTypeFOND)) {
       Handle fond = rf.getResourceHandleForType(kTypeFOND, id);
       const std::string family = getResourceNameFromFOND(rf, fond);
       for (const FondEntry& entry : fondEntries(HandleBytes(fond))) {
-        FaceRef face{id, entry.style, entry.pointSize, family};
+        FaceRef face{id, entry.style, entry.pointSize, family, ""};
+        if (entry.isOutline()) face.checksumAlsoCovers = checksumAlsoCovers(rf, fond, entry.style, entry.resID);
         auto& faces = entry.isOutline() ? outlineFaces : strikeFaces;
         faces.emplace(entry.resID, face);
       }
@@ -116,7 +133,7 @@ class Planner {
   }
 
   void planSfnt(TypeprintResourceFile& rf, int16_t id, const std::map<int16_t, FaceRef>& faces,
-                const std::string& layout) {
+                const SourceLayout& layout) {
     const ByteSpan bytes = resourceBytes(rf, kTypeSfnt, id);
     BEReader head(bytes);
     const uint32_t version = head.u32();
@@ -139,6 +156,7 @@ class Planner {
     if (face != faces.end()) {
       file.familyID = face->second.familyID;
       file.style = face->second.style;
+      file.sourceChecksumAlsoCovers = face->second.checksumAlsoCovers;
     } else {
       file.notes.push_back("no family names this outline");
     }
@@ -171,7 +189,7 @@ class Planner {
     }
   }
 
-  void planPrinterFont(TypeprintResourceFile& printer, const std::string& layout, const FondMetrics* family,
+  void planPrinterFont(TypeprintResourceFile& printer, const SourceLayout& layout, const FondMetrics* family,
                        uint16_t style, std::optional<int16_t> familyID) {
     std::vector<PostResource> all;
     for (int16_t id : printer.getSortedResIDsForType(kTypePOST))
@@ -247,7 +265,7 @@ class Planner {
   }
 
   void planStrike(TypeprintResourceFile& rf, uint32_t type, int16_t id, const std::map<int16_t, FaceRef>& faces,
-                  const std::string& layout) {
+                  const SourceLayout& layout) {
     const std::string typeName = type == kTypeNFNT ? "NFNT" : "FONT";
     const ByteSpan bytes = resourceBytes(rf, type, id);
     if (type == kTypeFONT && bytes.empty()) return;  // a FONT that only names its family
@@ -307,6 +325,12 @@ std::string joinPath(const std::string& folder, const std::string& name) {
 }
 
 }  // namespace
+
+std::string SourceLayout::describe() const {
+  std::string text = container == "plain" ? "plain file" : container;
+  if (!forkFile.empty()) text += " " + forkFile;
+  return text + (dataFork ? ", resources in the data fork" : ", resource fork");
+}
 
 SourcePlan planExtraction(const std::string& path, const ExtractOptions& options) {
   SourcePlan plan;

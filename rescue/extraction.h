@@ -21,23 +21,35 @@ struct ExtractOptions {
   bool force = false;    // replace files that already exist
 };
 
+// Where a file's resources were found.
+struct SourceLayout {
+  std::string container;  // "MacBinary", "AppleSingle", "AppleDouble", "bare fork" or "plain"
+  std::string forkFile;   // the file holding the resource fork, when it is not the file itself
+  bool dataFork = false;  // the resource map is the data fork (a .dfont)
+  // "AppleDouble ._N, resource fork"
+  std::string describe() const;
+};
+
 struct PlannedFile {
   std::string fileName;  // in the output folder
   std::vector<uint8_t> bytes;
   std::string format;        // "ttf", "otf", "pfb", "pfa", "afm", "bdf"
-  std::string fromPath;      // the file the resource was read from
-  std::string fromLayout;    // where that file's resources were found
+  std::string fromPath;  // the file the resource was read from
+  SourceLayout fromLayout;
   std::string resourceType;  // "sfnt", "POST", "FOND", "NFNT", "FONT"
   int resourceID = 0;
   // The face the file holds, when a family names it: for the face checksum inside the source.
   std::optional<int16_t> familyID;
   uint16_t style = 0;
+  // What the face checksum inside the source covers beyond this outline ("the family's kerning
+  // pairs"), which makes the two checksums differ; empty when it covers nothing more.
+  std::string sourceChecksumAlsoCovers;
   std::vector<std::string> notes;
 };
 
 struct SourcePlan {
   std::string path;
-  std::string layout;  // where the source's resources were found
+  SourceLayout layout;
   std::vector<PlannedFile> files;
   std::vector<std::string> notes;      // things left out, not failures
   std::set<std::string> printerFiles;  // printer files read for the source's families

@@ -39,6 +39,8 @@ std::string checksumVerdict(const WrittenFile& file) {
   if (file.sourceChecksum)
     text += *file.sourceChecksum == *file.checksum ? ", same as in the source"
                                                    : ", differs from " + formatHex(*file.sourceChecksum) + " in the source";
+  if (file.sourceChecksum && *file.sourceChecksum != *file.checksum && !file.planned->sourceChecksumAlsoCovers.empty())
+    text += ", which also covers " + file.planned->sourceChecksumAlsoCovers;
   return text;
 }
 
@@ -48,11 +50,11 @@ void printText(const std::vector<SourceResult>& results) {
       std::printf("%s: skipped, %s\n", r.plan.path.c_str(), r.skippedBecause.c_str());
       continue;
     }
-    std::printf("%s (%s)\n", r.plan.path.c_str(), r.plan.layout.empty() ? "no resources" : r.plan.layout.c_str());
+    std::printf("%s (%s)\n", r.plan.path.c_str(), r.plan.layout.container.empty() ? "no resources" : r.plan.layout.describe().c_str());
     for (const WrittenFile& file : r.written.files) {
       const PlannedFile& p = *file.planned;
       std::printf("  wrote %s from %s %d", file.path.c_str(), p.resourceType.c_str(), p.resourceID);
-      if (p.fromPath != r.plan.path) std::printf(" of %s (%s)", p.fromPath.c_str(), p.fromLayout.c_str());
+      if (p.fromPath != r.plan.path) std::printf(" of %s (%s)", p.fromPath.c_str(), p.fromLayout.describe().c_str());
       if (p.format == "ttf" || p.format == "otf") std::printf(", %s", checksumVerdict(file).c_str());
       std::printf("\n");
       for (const std::string& note : p.notes) std::printf("    note: %s\n", note.c_str());
@@ -68,13 +70,18 @@ std::string jsonNotes(const std::vector<std::string>& notes) {
   return out + "]";
 }
 
+std::string jsonLayout(const rescue::SourceLayout& layout) {
+  return "{\"container\":" + jsonString(layout.container) + ",\"forkFile\":" + jsonString(layout.forkFile) +
+         ",\"dataFork\":" + (layout.dataFork ? "true" : "false") + "}";
+}
+
 void printJson(const std::vector<SourceResult>& results) {
   std::ostringstream out;
   out << "{\"command\":\"extract\",\"sources\":[";
   for (size_t i = 0; i < results.size(); ++i) {
     const SourceResult& r = results[i];
     const char* status = !r.skippedBecause.empty() ? "skipped" : r.failure.empty() ? "ok" : "failed";
-    out << (i ? "," : "") << "{\"path\":" << jsonString(r.plan.path) << ",\"layout\":" << jsonString(r.plan.layout)
+    out << (i ? "," : "") << "{\"path\":" << jsonString(r.plan.path) << ",\"layout\":" << jsonLayout(r.plan.layout)
         << ",\"status\":\"" << status << "\"";
     if (!r.failure.empty()) out << ",\"error\":" << jsonString(r.failure);
     if (!r.skippedBecause.empty()) out << ",\"reason\":" << jsonString(r.skippedBecause);
@@ -83,12 +90,13 @@ void printJson(const std::vector<SourceResult>& results) {
       const WrittenFile& file = r.written.files[k];
       const PlannedFile& p = *file.planned;
       out << (k ? "," : "") << "{\"path\":" << jsonString(file.path) << ",\"format\":\"" << p.format
-          << "\",\"from\":" << jsonString(p.fromPath) << ",\"layout\":" << jsonString(p.fromLayout)
+          << "\",\"from\":" << jsonString(p.fromPath) << ",\"layout\":" << jsonLayout(p.fromLayout)
           << ",\"resourceType\":" << jsonString(p.resourceType) << ",\"resourceID\":" << p.resourceID;
-      if (file.checksum) out << ",\"checksum\":" << jsonString(formatHex(*file.checksum));
+      if (file.checksum) out << ",\"checksum\":" << *file.checksum;
       if (file.sourceChecksum) {
-        out << ",\"sourceChecksum\":" << jsonString(formatHex(*file.sourceChecksum))
-            << ",\"checksumMatches\":" << (file.checksum == file.sourceChecksum ? "true" : "false");
+        out << ",\"sourceChecksum\":" << *file.sourceChecksum
+            << ",\"checksumMatches\":" << (file.checksum == file.sourceChecksum ? "true" : "false")
+            << ",\"sourceChecksumAlsoCovers\":" << jsonString(p.sourceChecksumAlsoCovers);
       }
       out << ",\"notes\":" << jsonNotes(p.notes) << "}";
     }
