@@ -5,6 +5,7 @@ packages=(cmake g++ make pkg-config zlib1g-dev libplist-dev libicu-dev libdeflat
           libgtest-dev libgmock-dev libbenchmark-dev binutils
           libwoff-dev libbrotli-dev
           clang libclang-rt-14-dev
+          t1utils xfonts-utils python3-fonttools fontconfig  # checkers of the files extract writes
           fonts-dejavu-core fonts-urw-base35)  # real fonts the analysis tests read (skipped when absent)
 missing=()
 for p in "${packages[@]}"; do

@@ -92,6 +92,7 @@ void printJson(const std::vector<SourceResult>& results) {
       out << (k ? "," : "") << "{\"path\":" << jsonString(file.path) << ",\"format\":\"" << p.format
           << "\",\"from\":" << jsonString(p.fromPath) << ",\"layout\":" << jsonLayout(p.fromLayout)
           << ",\"resourceType\":" << jsonString(p.resourceType) << ",\"resourceID\":" << p.resourceID;
+      if (p.familyID) out << ",\"familyID\":" << *p.familyID << ",\"style\":" << p.style;
       if (file.checksum) out << ",\"checksum\":" << *file.checksum;
       if (file.sourceChecksum) {
         out << ",\"sourceChecksum\":" << *file.sourceChecksum
