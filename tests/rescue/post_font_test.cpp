@@ -2,6 +2,7 @@
 // POST resources.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 #include "rescue/post_font.h"
@@ -12,8 +13,9 @@ namespace {
 using Bytes = std::vector<uint8_t>;
 
 Bytes post(uint8_t kind, const std::string& body) {
-  Bytes b{kind, 0};
-  b.insert(b.end(), body.begin(), body.end());
+  Bytes b(body.size() + 2);
+  b[0] = kind;
+  std::copy(body.begin(), body.end(), b.begin() + 2);
   return b;
 }
 
