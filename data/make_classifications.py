@@ -13,7 +13,9 @@ Sources, strongest first:
   5. OS/2 sFamilyClass;
 A family that none of these settles is not guessed: it is printed for review and left out.
 
-Usage: make_classifications.py [--cache FILE.json] [--out FILE] [FOLDER...]
+Usage: make_classifications.py [--cache FILE.json] [--out FILE] [--keep] [FOLDER...]
+With --keep, the mappings already in the output file stay as they are (families surveyed on other
+machines) and only families new to it are added; junk keys are dropped either way.
 Both the typographic family (name ID 16) and the legacy family (name ID 1) of each face are
 mapped; keys are lower-cased with Python's Unicode str.lower(), which agrees with the library's
 locale-free lower-casing for family names.
@@ -24,6 +26,7 @@ import os
 import plistlib
 import re
 import sys
+import unicodedata
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import font_survey  # noqa: E402
@@ -181,6 +184,18 @@ classic(SCRIPT, "ar pl ukai cn", "ar pl ukai")
 classic(SYMBOL, "stix", "dsrom10", "esint10", "rsfs10", "stmary10", "wasy10")
 classic(MONO, "gwmonospace", "tlwg typist", "tlwgtypewriter", "tlwg typo", "tlwg mono")
 
+# The CJK families of fonts-noto-cjk and fonts-wqy-zenhei under every name fontconfig lists (the
+# Chinese names of WenQuanYi included), and the same designs under their Source Han names.
+CJK_REGIONS = ("HK", "JP", "KR", "SC", "TC")
+classic(SANS, *(f"Noto Sans CJK {r}" for r in CJK_REGIONS), "Noto Sans CJK", "文泉驛正黑", "文泉驿正黑", "文泉驛點陣正黑",
+        "文泉驿点阵正黑", "Source Han Sans", *(f"Source Han Sans {r}" for r in CJK_REGIONS + ("HC", "K", "CN", "TW")))
+classic(MONO, *(f"Noto Sans Mono CJK {r}" for r in CJK_REGIONS), "Noto Sans Mono CJK", "wenquanyi zen hei mono",
+        "文泉驛等寬正黑", "文泉驿等宽正黑", "Source Han Mono", *(f"Source Han Mono {r}" for r in CJK_REGIONS + ("HC", "K")))
+classic(SERIF, *(f"Noto Serif CJK {r}" for r in CJK_REGIONS), "Noto Serif CJK", "Source Han Serif",
+        *(f"Source Han Serif {r}" for r in CJK_REGIONS + ("HC", "K", "CN", "TW")))
+# Nushu as written with a brush.
+classic(SCRIPT, "Noto Traditional Nushu")
+
 # Whole Debian packages (the folder under fonts/<format>/) whose families share one class.
 FOLDER_CLASS = {
     "aenigma": DISPLAY, "dseg": DISPLAY, "dustin": DISPLAY, "gotico-antiqua": BLACK, "jsmath": SYMBOL,
@@ -270,6 +285,13 @@ def base_family(family):
     return " ".join(words)
 
 
+def is_junk(family):
+    """Names that are no family: control characters, or fewer than two letters ("[f500]", ".")."""
+    letters = sum(1 for c in family if unicodedata.category(c).startswith("L"))
+    return letters < 2 and not re.search(r"\d", family) or any(unicodedata.category(c) == "Cc" for c in family) \
+        or re.fullmatch(r"\[[0-9a-f]+\]", family) is not None
+
+
 def folder_of(path):
     parts = path.split("/fonts/")[-1].split("/")
     return parts[1] if len(parts) > 2 else parts[0]
@@ -304,6 +326,7 @@ def main():
     parser.add_argument("--cache", help="keep the font survey in this JSON file")
     parser.add_argument("--out", default=os.path.join(here, "DefaultClassifications.plist"))
     parser.add_argument("--review", help="write family, class and source of each derived class here")
+    parser.add_argument("--keep", action="store_true", help="keep the output file's mappings, add new families")
     parser.add_argument("folders", nargs="*", default=["/usr/share/fonts"])
     args = parser.parse_args()
 
@@ -314,10 +337,17 @@ def main():
             if family and record not in faces_of[family]:
                 faces_of[family].append(record)
 
+    kept = {}
+    if args.keep and os.path.exists(args.out):
+        with open(args.out, "rb") as f:
+            kept = plistlib.load(f)["Mappings"]
     mappings = dict(C)
+    mappings.update(kept)
     review = []
     # Shorter names first, so that a family's base name is classified before its weights.
     for family, faces in sorted(faces_of.items(), key=lambda item: (len(item[0]), item[0])):
+        if family in kept:
+            continue
         cls, source = classify(family, faces, mappings)
         if cls:
             mappings[family] = cls
@@ -326,6 +356,7 @@ def main():
     if args.review:
         with open(args.review, "w", encoding="utf-8") as f:
             f.write("\n".join(review) + "\n")
+    mappings = {family: cls for family, cls in mappings.items() if not is_junk(family)}
     with open(args.out, "wb") as f:
         plistlib.dump({"Default Classifications": BUILTIN_CLASSES, "Mappings": mappings}, f, sort_keys=True)
     unresolved = [line for line in review if line.endswith("\tnone")]

@@ -4,6 +4,7 @@ set -euo pipefail
 packages=(cmake g++ make pkg-config zlib1g-dev libplist-dev libicu-dev libdeflate-dev
           libgtest-dev libgmock-dev libbenchmark-dev binutils
           libwoff-dev libbrotli-dev
+          libcli11-dev nlohmann-json3-dev libfontconfig-dev python3-jsonschema  # the typeprint command and its tests
           clang libclang-rt-14-dev
           t1utils xfonts-utils python3-fonttools fontconfig  # checkers of the files extract writes
           fonts-dejavu-core fonts-urw-base35)  # real fonts the analysis tests read (skipped when absent)

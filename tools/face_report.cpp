@@ -1,7 +1,9 @@
 #include "tools/face_report.h"
 
 #include <cstdio>
-#include <sstream>
+
+#include "api/font_specifier.h"
+#include "tools/file_checks.h"
 
 namespace typeprint::cli {
 namespace {
@@ -21,139 +23,106 @@ std::optional<uint32_t> readNumber(NumberGetter getter, TP_FontArray* array, uin
   return value;
 }
 
-// A serialised document of the array, sized by a first call.
-std::string document(TP_Status (*writer)(TP_FontArray*, char*, uint32_t*), TP_FontArray* array) {
-  char probe[1];
-  uint32_t size = 0;
-  writer(array, probe, &size);
-  std::vector<char> buffer(size + 1, '\0');
-  writer(array, buffer.data(), &size);
-  return std::string(buffer.data());
+FaceReport readFace(TP_FontArray* array, uint32_t i) {
+  FaceReport f;
+  f.index = i;
+  f.kind = readString(TP_GetKindName, array, i);
+  f.postScriptName = readString(TP_GetPostScriptName, array, i);
+  f.family = readString(TP_GetFamilyName, array, i);
+  f.fullName = readString(TP_GetFullName, array, i);
+  f.displayName = readString(TP_GetDisplayName, array, i);
+  f.windowsFullName = readString(TP_GetWindowsFullName, array, i);
+  f.version = readString(TP_GetVersion, array, i);
+  f.platform = readString(TP_GetPlatform, array, i);
+  f.foundry = readString(TP_GetFoundryName, array, i);
+  f.legacyFoundry = readString(TP_GetLegacyFoundryName, array, i);
+  f.printerFont = readString(TP_GetPrinterFont, array, i);
+  f.windowsMMFile = readString(TP_GetWindowsMMFile, array, i);
+  f.outlineFileSize = readNumber(TP_GetOutlineFileSize, array, i);
+  f.checksum = readNumber(TP_GetTypeprintChecksum, array, i);
+  f.legacyChecksum = readNumber(TP_GetLegacyTypeprintChecksum, array, i);
+  f.kerningChecksum = readNumber(TP_GetKerningChecksum, array, i);
+  // A face made from a family resource knows that resource's ID and its style there (-1 otherwise).
+  const TP_FontSpecifier& record = array->specifiers[i];
+  if (record.fondResID >= 0 && record.style >= 0) {
+    f.familyResourceID = record.fondResID;
+    f.style = record.style;
+  }
+  return f;
 }
+
+struct ArrayFree {
+  void operator()(TP_FontArray* array) const { TP_SpecifierFree(array); }
+};
 
 }  // namespace
 
-FileReport identifyFile(const std::string& path, uint32_t mask, bool withDocuments) {
-  FileReport report;
-  report.path = path;
-  TP_FontArray* array = nullptr;
-  report.status = TP_CreateSpecifier(path.c_str(), 0, mask, &array);
-  if (report.status != TP_STATUS_OK) return report;
-  uint32_t count = 0;
-  TP_GetFontCount(array, &count);
-  for (uint32_t i = 0; i < count; ++i) {
-    FaceReport f;
-    f.index = i;
-    f.kind = readString(TP_GetKindName, array, i);
-    f.postScriptName = readString(TP_GetPostScriptName, array, i);
-    f.family = readString(TP_GetFamilyName, array, i);
-    f.fullName = readString(TP_GetFullName, array, i);
-    f.displayName = readString(TP_GetDisplayName, array, i);
-    f.windowsFullName = readString(TP_GetWindowsFullName, array, i);
-    f.version = readString(TP_GetVersion, array, i);
-    f.platform = readString(TP_GetPlatform, array, i);
-    f.foundry = readString(TP_GetFoundryName, array, i);
-    f.legacyFoundry = readString(TP_GetLegacyFoundryName, array, i);
-    f.printerFont = readString(TP_GetPrinterFont, array, i);
-    f.windowsMMFile = readString(TP_GetWindowsMMFile, array, i);
-    f.outlineFileSize = readNumber(TP_GetOutlineFileSize, array, i);
-    f.checksum = readNumber(TP_GetTypeprintChecksum, array, i);
-    f.legacyChecksum = readNumber(TP_GetLegacyTypeprintChecksum, array, i);
-    f.kerningChecksum = readNumber(TP_GetKerningChecksum, array, i);
-    report.faces.push_back(std::move(f));
-  }
-  if (withDocuments) {
-    report.xml = document(TP_GetXMLRepresentation, array);
-    report.plist = document(TP_GetPropertyListRepresentation, array);
-  }
-  TP_SpecifierFree(array);
-  return report;
-}
-
-std::vector<std::pair<std::string, std::string>> textAttributes(const FaceReport& f) {
-  std::vector<std::pair<std::string, std::string>> rows;
-  auto add = [&rows](const char* label, const std::optional<std::string>& value) {
-    if (value) rows.emplace_back(label, *value);
+std::vector<Attribute> faceAttributes(const FaceReport& f) {
+  std::vector<Attribute> rows;
+  auto text = [&rows](const char* key, const std::optional<std::string>& value) {
+    if (value) rows.push_back({key, *value});
   };
-  add("kind", f.kind);
-  add("postScriptName", f.postScriptName);
-  add("family", f.family);
-  add("fullName", f.fullName);
-  add("displayName", f.displayName);
-  add("windowsFullName", f.windowsFullName);
-  add("version", f.version);
-  add("platform", f.platform);
-  add("foundry", f.foundry);
-  add("legacyFoundry", f.legacyFoundry);
-  add("printerFont", f.printerFont);
-  add("windowsMMFile", f.windowsMMFile);
+  auto number = [&rows](const char* key, const auto& value) {
+    if (value) rows.push_back({key, int64_t(*value)});
+  };
+  auto checksum = [&rows](const char* key, const std::optional<uint32_t>& value) {
+    if (value) rows.push_back({key, Checksum{*value}});
+  };
+  text("kind", f.kind);
+  text("postScriptName", f.postScriptName);
+  text("family", f.family);
+  text("fullName", f.fullName);
+  text("displayName", f.displayName);
+  text("windowsFullName", f.windowsFullName);
+  text("version", f.version);
+  text("platform", f.platform);
+  text("foundry", f.foundry);
+  text("legacyFoundry", f.legacyFoundry);
+  text("printerFont", f.printerFont);
+  text("windowsMMFile", f.windowsMMFile);
+  number("outlineFileSize", f.outlineFileSize);
+  checksum("checksum", f.checksum);
+  checksum("legacyChecksum", f.legacyChecksum);
+  checksum("kerningChecksum", f.kerningChecksum);
+  number("familyResourceID", f.familyResourceID);
+  number("style", f.style);
   return rows;
 }
 
-std::vector<std::pair<std::string, std::optional<uint32_t>>> numberAttributes(const FaceReport& f) {
-  return {{"outlineFileSize", f.outlineFileSize},
-          {"checksum", f.checksum},
-          {"legacyChecksum", f.legacyChecksum},
-          {"kerningChecksum", f.kerningChecksum}};
+const char* statusName(FileStatus status) {
+  switch (status) {
+    case FileStatus::Ok: return "ok";
+    case FileStatus::NotAFont: return "not-a-font";
+    case FileStatus::Failed: break;
+  }
+  return "failed";
 }
 
-std::string formatHex(uint32_t value) {
-  char text[16];
-  std::snprintf(text, sizeof text, "%08X", value);
+FileReport identifyFile(const std::string& path, uint32_t mask, bool keepArray) {
+  FileReport report;
+  report.path = path;
+  if (std::optional<std::string> reason = unreadableReason(path)) {
+    report.error = *reason;
+    return report;
+  }
+  TP_FontArray* created = nullptr;
+  if (TP_CreateSpecifier(path.c_str(), 0, mask, &created) != TP_STATUS_OK) {
+    const LibraryVerdict verdict = libraryVerdict(path);
+    report.status = verdict.notAFont ? FileStatus::NotAFont : FileStatus::Failed;
+    report.error = verdict.reason;
+    return report;
+  }
+  std::shared_ptr<TP_FontArray> array(created, ArrayFree());
+  for (uint32_t i = 0; i < array->count(); ++i) report.faces.push_back(readFace(array.get(), i));
+  report.status = FileStatus::Ok;
+  if (keepArray) report.array = std::move(array);
+  return report;
+}
+
+std::string hex8(uint32_t value) {
+  char text[9];
+  std::snprintf(text, sizeof text, "%08x", value);
   return text;
-}
-
-std::string jsonString(const std::string& text) {
-  std::string out = "\"";
-  for (unsigned char c : text) {
-    switch (c) {
-      case '"': out += "\\\""; break;
-      case '\\': out += "\\\\"; break;
-      case '\n': out += "\\n"; break;
-      case '\r': out += "\\r"; break;
-      case '\t': out += "\\t"; break;
-      default:
-        if (c < 0x20) {
-          char escaped[8];
-          std::snprintf(escaped, sizeof escaped, "\\u%04x", c);
-          out += escaped;
-        } else {
-          out += char(c);
-        }
-    }
-  }
-  return out + "\"";
-}
-
-std::string textReport(const FileReport& report) {
-  std::ostringstream out;
-  out << report.path << ": " << report.faces.size() << (report.faces.size() == 1 ? " face\n" : " faces\n");
-  for (const FaceReport& f : report.faces) {
-    out << "  face " << f.index << "\n";
-    auto numbers = numberAttributes(f);
-    for (const auto& [label, value] : textAttributes(f)) out << "    " << label << std::string(17 - label.size(), ' ') << value << "\n";
-    for (const auto& [label, value] : numbers) {
-      if (!value) continue;
-      std::string shown = label == "outlineFileSize" ? std::to_string(*value) : formatHex(*value);
-      out << "    " << label << std::string(17 - label.size(), ' ') << shown << "\n";
-    }
-  }
-  return out.str();
-}
-
-std::string jsonReport(const FileReport& report) {
-  std::ostringstream out;
-  out << "{\"path\":" << jsonString(report.path) << ",\"faces\":[";
-  for (size_t i = 0; i < report.faces.size(); ++i) {
-    const FaceReport& f = report.faces[i];
-    out << (i ? "," : "") << "{\"index\":" << f.index;
-    for (const auto& [label, value] : textAttributes(f)) out << "," << jsonString(label) << ":" << jsonString(value);
-    for (const auto& [label, value] : numberAttributes(f))
-      if (value) out << "," << jsonString(label) << ":" << *value;
-    out << "}";
-  }
-  out << "]}";
-  return out.str();
 }
 
 }  // namespace typeprint::cli

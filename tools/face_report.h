@@ -1,9 +1,14 @@
-// Everything the getters tell about one face, gathered once, and the ways the tool prints it.
+// Everything the typeprint command learns about one file: its outcome, why it gave no face, and
+// every face's attributes, gathered once; text and JSON output both read faceAttributes().
 #pragma once
 
+#include <nlohmann/json.hpp>
+
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "typeprint.h"
@@ -13,35 +18,45 @@ namespace typeprint::cli {
 struct FaceReport {
   uint32_t index = 0;
   // Each attribute is absent when its getter did not answer (not collected, or no value).
-  std::optional<std::string> kind, postScriptName, family, fullName, displayName, windowsFullName,
-      version, platform, foundry, legacyFoundry, printerFont, windowsMMFile;
+  std::optional<std::string> kind, postScriptName, family, fullName, displayName, windowsFullName, version,
+      platform, foundry, legacyFoundry, printerFont, windowsMMFile;
   std::optional<uint32_t> outlineFileSize, checksum, legacyChecksum, kerningChecksum;
+  // Faces of Mac families: the family resource ID and style number that purge and promote take.
+  std::optional<int32_t> familyResourceID, style;
 };
 
-// The result of identifying one file.
+// A checksum: printed as 8 lower-case hexadecimal digits everywhere.
+struct Checksum {
+  uint32_t value;
+};
+// An attribute's value: text, a plain number, a checksum, or a structure (arrays, objects).
+using AttributeValue = std::variant<std::string, int64_t, Checksum, nlohmann::ordered_json>;
+struct Attribute {
+  std::string key;  // the JSON key, also the label in text output
+  AttributeValue value;
+};
+
+// The attributes a face has, in display order. This is the one list of face keys: to add one,
+// fill a FaceReport field in readFace() (face_report.cpp), add its row here, and describe it in
+// tools/typeprint-output.schema.json.
+std::vector<Attribute> faceAttributes(const FaceReport& face);
+
+enum class FileStatus { Ok, Failed, NotAFont };
+const char* statusName(FileStatus status);  // "ok", "failed", "not-a-font"
+
 struct FileReport {
   std::string path;
-  TP_Status status = TP_STATUS_FAILED;
+  FileStatus status = FileStatus::Failed;
+  std::string error;  // why, when the status is not Ok
   std::vector<FaceReport> faces;
-  bool damaged = false;  // gave no face but looks like a font that should have (see file_walk.h)
-  std::string xml;    // the library's own XML form of the file's array
-  std::string plist;  // and its property-list form
+  std::shared_ptr<TP_FontArray> array;  // the library's records, kept only when asked for
 };
 
-// Identifies one file with `mask` and reads every face back through the getters; the two
-// serialised forms are made only when asked for.
-FileReport identifyFile(const std::string& path, uint32_t mask, bool withDocuments = false);
+// Identifies one file with `mask`. Paths that are not regular readable files are never handed to
+// the library; their report carries the system's reason.
+FileReport identifyFile(const std::string& path, uint32_t mask, bool keepArray = false);
 
-// The labelled attributes of a face, in display order, for tables and JSON.
-std::vector<std::pair<std::string, std::string>> textAttributes(const FaceReport& face);
-std::vector<std::pair<std::string, std::optional<uint32_t>>> numberAttributes(const FaceReport& face);
-
-std::string jsonString(const std::string& text);
-std::string formatHex(uint32_t value);
-
-// One file's faces as aligned "label  value" lines.
-std::string textReport(const FileReport& report);
-// One file's faces as a JSON object {"path":..., "faces":[...]}.
-std::string jsonReport(const FileReport& report);
+// 8 lower-case hexadecimal digits.
+std::string hex8(uint32_t value);
 
 }  // namespace typeprint::cli

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """typeprint extract over every Mac fixture, checked with independent tools.
 
-    extract_check.py TYPEPRINT FONTS_DIR
+    extract_check.py TYPEPRINT FONTS_DIR SCHEMA
 
 sfnt files: equal (size and CRC-32) to the resource listed in mac/expected.tsv, open in fontTools
 and fc-query, identified with the CRC of their bytes; the checksum of the face inside its source
@@ -9,6 +9,7 @@ is the one in mac/family_checksums.tsv, and equal to the file's when nothing els
 it. Printer fonts: byte-equal to t1unmac -b / -a on the printer file. AFM: parsed by afmLib, kerning
 pair count as in the family's table, glyph boxes and widths as fontTools draws the written font.
 BDF: accepted by bdftopcf, one glyph per glyph of the strike. Damaged sources fail and write nothing.
+Every report follows the command's JSON schema.
 """
 import glob
 import json
@@ -21,12 +22,15 @@ import sys
 import tempfile
 import zlib
 
+import jsonschema
+
 from fontTools import afmLib
 from fontTools.pens.boundsPen import BoundsPen
 from fontTools.t1Lib import T1Font
 from fontTools.ttLib import TTFont
 
 tool, fonts = sys.argv[1], sys.argv[2]
+schema = json.load(open(sys.argv[3]))
 mac = os.path.join(fonts, "mac")
 work = tempfile.mkdtemp()
 failures = []
@@ -58,7 +62,9 @@ def extract(out, *args, expect=0):
     run = subprocess.run([tool, "extract", "-o", out, "--format", "json", *args], capture_output=True,
                          text=True, timeout=60)
     check("%s exits %d (got %d: %s)" % (args, expect, run.returncode, run.stderr), run.returncode == expect)
-    return json.loads(run.stdout) if run.stdout.startswith("{") else {"sources": []}
+    report = json.loads(run.stdout)
+    jsonschema.validate(report, schema)
+    return [(file, source) for file, source in zip(report["files"], report["extract"])]
 
 
 def t1unmac(fmt, layout, path):
@@ -106,10 +112,10 @@ def check_sfnt(source, f):
     check("%s equals sfnt %d" % (f["path"], f["resourceID"]), (len(data), "%08x" % zlib.crc32(data)) == (size, crc))
     check("%s opens in fontTools" % f["path"], len(TTFont(f["path"]).getGlyphOrder()) > 1)
     check("%s opens in fc-query" % f["path"], subprocess.run(["fc-query", f["path"]], capture_output=True).returncode == 0)
-    check("%s identified with its CRC" % f["path"], f.get("checksum") == zlib.crc32(data))
+    check("%s identified with its CRC" % f["path"], f.get("checksum") == "%08x" % zlib.crc32(data))
     if "familyID" in f:
         expected = face_crcs[(rel, f["familyID"], f["style"])]
-        check("%s: face checksum in the source %s" % (f["path"], expected), "%08x" % f.get("sourceChecksum", -1) == expected)
+        check("%s: face checksum in the source %s" % (f["path"], expected), f.get("sourceChecksum") == expected)
         if f["sourceChecksumAlsoCovers"] == "":
             check("%s keeps the source's face checksum" % f["path"], f["checksumMatches"])
 
@@ -155,10 +161,10 @@ for n, source in enumerate(sources()):
     for variant, flags in (("pfb", ["--afm", "--bitmaps"]), ("pfa", ["--pfa"])):
         out = os.path.join(work, "%d-%s" % (n, variant))
         report = extract(out, *flags, source)
-        for s in report["sources"]:
-            check("%s extracted (%s)" % (s["path"], s.get("error")), s["status"] in ("ok", "skipped"))
+        for status, s in report:
+            check("%s extracted (%s)" % (s["path"], status.get("error")), status["status"] == "ok")
             printers = {}
-            for f in s["files"]:
+            for f in s["written"]:
                 seen_formats.add(f["format"])
                 if f["format"] in ("ttf", "otf"):
                     check_sfnt(source, f)
@@ -189,7 +195,7 @@ open(os.path.join(family, "._NimbusSans"), "wb").write(companion)
 for what, source, flags in (("cut suitcase", cut, []), ("damaged strike", os.path.join(family, "NimbusSans"), ["--afm", "--bitmaps"])):
     out = os.path.join(work, "out-" + what.replace(" ", "-"))
     report = extract(out, *flags, source, expect=1)
-    errors = [s.get("error", "") for s in report["sources"] if s["status"] == "failed"]
+    errors = [status.get("error", "") for status, _ in report if status["status"] == "failed"]
     check("%s gives an error (%s)" % (what, errors), len(errors) == 1 and errors[0])
     check("%s writes nothing" % what, os.listdir(out) == [])
 

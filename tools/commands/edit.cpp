@@ -1,5 +1,6 @@
-#include "tools/edit_commands.h"
-
+// typeprint purge and promote: strip the families of a resource-fork font file down to one style,
+// and make one style of a family its plain style. Both work on a copy of the file (its whole
+// container form) unless told to edit in place.
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -10,37 +11,39 @@
 #include <system_error>
 
 #include "platform/linux/file_system.h"
-#include "tools/cli_args.h"
 #include "platform/linux/fork_locator.h"
 #include "resources/family_editing.h"
 #include "resources/fond.h"
 #include "resources/resource_file.h"
+#include "tools/commands/command_list.h"
 
 namespace typeprint::cli {
 namespace {
 
 namespace fs = std::filesystem;
 
-// Options, the --in-place flag, and FILE [OUT].
-ParsedArgs parseEditArgs(const std::vector<std::string>& args, const std::set<std::string>& valued) {
-  ParsedArgs parsed = parseArgs(args, valued, {"--in-place"});
-  if (parsed.error.empty() && (parsed.operands.empty() || parsed.operands.size() > 2))
-    parsed.error = "needs FILE [OUT]";
-  if (parsed.error.empty() && parsed.has("--in-place") && parsed.operands.size() > 1)
-    parsed.error = "--in-place takes no OUT";
-  return parsed;
+// FILE [OUT] and --in-place, which both commands take, and their own numbers.
+struct EditArgs {
+  std::string file, out;
+  bool inPlace = false;
+  int16_t style = 0;
+  int16_t familyValue = 0;
+  std::optional<int16_t> family;  // familyValue, when --family was given
+};
+
+void addEditOperands(CLI::App& app, EditArgs& args) {
+  CLI::Option* inPlace = app.add_flag(
+      "--in-place", args.inPlace,
+      "write a new file over FILE (and its fork companion) keeping mode, owner and group; a symbolic "
+      "link keeps pointing at the edited file; other hard links keep the old contents; a file another "
+      "edit holds is refused");
+  app.add_option("FILE", args.file, "a resource-fork font file (suitcase, .dfont)")->required();
+  app.add_option("OUT", args.out, "the edited copy (default FILE.edited)")->excludes(inPlace);
 }
 
 int failure(const std::string& path, const std::string& message) {
   std::fprintf(stderr, "typeprint: %s: %s\n", path.c_str(), message.c_str());
   return 1;
-}
-
-std::optional<int16_t> parseNumber(const std::string& text, long low, long high) {
-  char* end = nullptr;
-  const long value = std::strtol(text.c_str(), &end, 10);
-  if (text.empty() || *end || value < low || value > high) return std::nullopt;
-  return int16_t(value);
 }
 
 // Where the copy of a companion file goes: the same place relative to the copy as the original
@@ -98,27 +101,27 @@ std::string copyContainer(const std::string& file, const std::string& copy, Copi
 }
 
 // The file to edit: the original with --in-place, else a fresh copy at OUT or FILE.edited.
-std::string prepareTarget(const ParsedArgs& parsed, CopiedFiles& copied, std::string* error) {
-  const std::string& file = parsed.operands[0];
-  if (parsed.has("--in-place")) return file;
-  const std::string target = parsed.operands.size() > 1 ? parsed.operands[1] : file + ".edited";
+std::string prepareTarget(const EditArgs& args, CopiedFiles& copied, std::string* error) {
+  const std::string& file = args.file;
+  if (args.inPlace) return file;
+  const std::string target = !args.out.empty() ? args.out : file + ".edited";
   *error = copyContainer(file, target, copied);
   return target;
 }
 
 // Prepares the file to edit (see prepareTarget) and opens it for writing; 0, or the exit status
 // of the failure, reported.
-int openTarget(const ParsedArgs& parsed, CopiedFiles& copied, std::string& target,
+int openTarget(const EditArgs& args, CopiedFiles& copied, std::string& target,
                std::unique_ptr<TypeprintResourceFile>& rf) {
   std::string error;
-  target = prepareTarget(parsed, copied, &error);
-  if (!error.empty()) return failure(parsed.operands[0], error);
+  target = prepareTarget(args, copied, &error);
+  if (!error.empty()) return failure(args.file, error);
   ResourceOpenFailure why = ResourceOpenFailure::None;
   rf = TypeprintResourceFile::initWithFile(target, false, &why);
   if (rf) return 0;
-  return failure(parsed.operands[0], why == ResourceOpenFailure::BeingEdited ? "another process is editing it"
-                                     : why == ResourceOpenFailure::Unreadable ? "cannot read the file"
-                                                                               : "not a resource-fork font file");
+  return failure(args.file, why == ResourceOpenFailure::BeingEdited ? "another process is editing it"
+                            : why == ResourceOpenFailure::Unreadable ? "cannot read the file"
+                                                                      : "not a resource-fork font file");
 }
 
 bool hasStyle(Handle fond, uint16_t style) {
@@ -142,70 +145,85 @@ size_t purgeUnreferenced(TypeprintResourceFile& rf, uint32_t type, const std::se
   return size_t(before - rf.countResType(type));
 }
 
-}  // namespace
-
-int purgeCommand(const std::vector<std::string>& args) {
-  const ParsedArgs parsed = parseEditArgs(args, {"--keep-style"});
-  if (!parsed.error.empty()) return usageError("purge", parsed.error);
-  if (!parsed.options.count("--keep-style")) return usageError("purge", "needs --keep-style N");
-  const std::optional<int16_t> style = parseNumber(parsed.options.at("--keep-style"), 0, 0x7F);
-  if (!style) return usageError("purge", "bad style " + parsed.options.at("--keep-style"));
-
+int runPurge(const EditArgs& args) {
+  const int16_t style = args.style;
   CopiedFiles copied;
   std::string target;
   std::unique_ptr<TypeprintResourceFile> rf;
-  if (int status = openTarget(parsed, copied, target, rf)) return status;
+  if (int status = openTarget(args, copied, target, rf)) return status;
 
   size_t families = 0;
   std::set<int16_t> bitmaps, outlines;
   for (int16_t id : rf->getSortedResIDsForType(kTypeFOND)) {
     Handle fond = rf->getResourceHandleForType(kTypeFOND, id);
     // A family without the style keeps all its faces.
-    if (hasStyle(fond, uint16_t(*style))) {
-      purgeAllButFromFOND(*rf, *style, fond);
+    if (hasStyle(fond, uint16_t(style))) {
+      purgeAllButFromFOND(*rf, style, fond);
       ++families;
     }
     for (const FondEntry& entry : fondEntries(HandleBytes(fond))) (entry.isOutline() ? outlines : bitmaps).insert(entry.resID);
   }
-  if (families == 0) return failure(parsed.operands[0], "no family has style " + std::to_string(*style));
+  if (families == 0) return failure(args.file, "no family has style " + std::to_string(style));
   const size_t removedBitmaps = purgeUnreferenced(*rf, kTypeNFNT, bitmaps);
   const size_t removedOutlines = purgeUnreferenced(*rf, kTypeSfnt, outlines);
   return finish(*rf, target, copied,
-                "kept style " + std::to_string(*style) + " in " + std::to_string(families) + " families; removed " +
+                "kept style " + std::to_string(style) + " in " + std::to_string(families) + " families; removed " +
                     std::to_string(removedBitmaps) + " NFNT and " + std::to_string(removedOutlines) + " sfnt resources");
 }
 
-int promoteCommand(const std::vector<std::string>& args) {
-  const ParsedArgs parsed = parseEditArgs(args, {"--style", "--family"});
-  if (!parsed.error.empty()) return usageError("promote", parsed.error);
-  if (!parsed.options.count("--style")) return usageError("promote", "needs --style N");
-  const std::optional<int16_t> style = parseNumber(parsed.options.at("--style"), 0, 0x7F);
-  if (!style) return usageError("promote", "bad style " + parsed.options.at("--style"));
-  std::optional<int16_t> familyID;
-  if (parsed.options.count("--family")) {
-    familyID = parseNumber(parsed.options.at("--family"), INT16_MIN, INT16_MAX);
-    if (!familyID) return usageError("promote", "bad family ID " + parsed.options.at("--family"));
-  }
-
+int runPromote(const EditArgs& args) {
+  const int16_t style = args.style;
   CopiedFiles copied;
   std::string target;
   std::unique_ptr<TypeprintResourceFile> rf;
-  if (int status = openTarget(parsed, copied, target, rf)) return status;
+  if (int status = openTarget(args, copied, target, rf)) return status;
 
   const std::vector<int16_t> families = rf->getSortedResIDsForType(kTypeFOND);
-  if (!familyID && families.size() != 1)
-    return failure(parsed.operands[0], families.empty() ? "no family" : "several families: choose one with --family ID");
-  const int16_t id = familyID.value_or(families.empty() ? 0 : families[0]);
+  if (!args.family && families.size() != 1)
+    return failure(args.file, families.empty() ? "no family" : "several families: choose one with --family ID");
+  const int16_t id = args.family.value_or(families.empty() ? 0 : families[0]);
   Handle fond = rf->getResourceHandleForType(kTypeFOND, id);
-  if (!fond) return failure(parsed.operands[0], "no family with ID " + std::to_string(id));
-  if (!hasStyle(fond, uint16_t(*style)))
-    return failure(parsed.operands[0], "family " + std::to_string(id) + " has no style " + std::to_string(*style));
-  promoteFOND(*rf, fond, *style);
+  if (!fond) return failure(args.file, "no family with ID " + std::to_string(id));
+  if (!hasStyle(fond, uint16_t(style)))
+    return failure(args.file, "family " + std::to_string(id) + " has no style " + std::to_string(style));
+  promoteFOND(*rf, fond, style);
   std::string name;
   rf->getResInfo(fond, nullptr, nullptr, &name);
   return finish(*rf, target, copied,
-                "style " + std::to_string(*style) + " of family " + std::to_string(id) + " is now plain, family \"" +
+                "style " + std::to_string(style) + " of family " + std::to_string(id) + " is now plain, family \"" +
                     name + "\"");
+}
+
+}  // namespace
+
+Command addPurgeCommand(CLI::App& parent) {
+  auto args = std::make_shared<EditArgs>();
+  CLI::App* app = parent.add_subcommand(
+      "purge", "keep one style of a Mac font file's families, drop unused fonts");
+  app->add_option("--keep-style", args->style, "the style number to keep (identify shows it)")
+      ->required()
+      ->check(CLI::Range(0, 0x7F))
+      ->type_name("N");
+  addEditOperands(*app, *args);
+  return {app, [args] { return runPurge(*args); }};
+}
+
+Command addPromoteCommand(CLI::App& parent) {
+  auto args = std::make_shared<EditArgs>();
+  CLI::App* app = parent.add_subcommand(
+      "promote", "make one style of a Mac font family its plain style");
+  app->add_option("--style", args->style, "the style number to promote (identify shows it)")
+      ->required()
+      ->check(CLI::Range(0, 0x7F))
+      ->type_name("N");
+  CLI::Option* family =
+      app->add_option("--family", args->familyValue, "the family resource ID, needed when there are several")
+          ->type_name("ID");
+  addEditOperands(*app, *args);
+  return {app, [args, family] {
+            if (family->count()) args->family = args->familyValue;
+            return runPromote(*args);
+          }};
 }
 
 }  // namespace typeprint::cli
