@@ -3,8 +3,12 @@
 #include <algorithm>
 #include <vector>
 
+#include "base/diagnostics.h"
+
 namespace typeprint {
 namespace {
+
+constexpr const char* kTopic = "name table";
 
 // Naming table: format u16, count s16, stringOffset u16 (from the table's start), then count
 // records of 12 bytes: platformID, encodingID, languageID, nameID, length (s16), offset (s16,
@@ -102,14 +106,16 @@ ByteSpan recordString(const SfntBytes& font, uint32_t tableOffset, uint16_t stri
 // Reads every accepted record into the slots; true when one of them gave a non-empty text.
 bool readNameRecords(const SfntBytes& font, NameSlots& slots) {
   std::optional<TDirectoryEntry> entry = FindSpecifiedTable(font, "name");
-  if (!entry || !ValidateDirectoryEntry(&*entry, font) || entry->offset == 0 || entry->offset >= font.size())
-    return false;
+  if (!entry) return TP_REFUSE_WHOLE(kTopic, "no name table in the table directory");
+  if (!ValidateDirectoryEntry(&*entry, font) || entry->offset == 0 || entry->offset >= font.size())
+    return TP_REFUSE(kTopic, entry->entryOffset, "name table offset 0x%X, length 0x%X, beyond the font's 0x%zX bytes",
+                     entry->offset, entry->length, font.size());
   std::vector<uint8_t> scratch, stringScratch;
   BEReader header = font.reader(entry->offset, kNameHeaderSize, scratch);
   header.skip(2);
   int16_t count = header.s16();
   uint16_t stringOffset = header.u16();
-  if (!header.ok()) return false;
+  if (!header.ok()) return TP_REFUSE(kTopic, entry->offset, "name table header cut by the end of the font");
   bool gotName = false;
   for (int i = 0; i < count; ++i) {
     // Records are bounded by the end of the font, not by the table's length.
@@ -130,7 +136,8 @@ bool readNameRecords(const SfntBytes& font, NameSlots& slots) {
     slots.offer(r, slot, text);
     if (windowsFull) slots.offer(r, kWindowsFullName, text);
   }
-  return gotName;
+  if (!gotName) return TP_REFUSE(kTopic, entry->offset, "none of the %d name records gives a name", std::max<int>(count, 0));
+  return true;
 }
 
 const UxString& firstNonEmpty(const UxString& a, const UxString& b) { return a.empty() ? b : a; }

@@ -5,6 +5,7 @@
 
 #include "analysis/checksums.h"
 #include "base/be_writer.h"
+#include "base/diagnostics.h"
 #include "platform/linux/atomic_file.h"
 #include "platform/linux/file_system.h"
 
@@ -17,6 +18,7 @@ namespace {
 constexpr uint32_t kTagTTCF = tag("ttcf");
 constexpr size_t kTTCHeaderSize = 12;
 constexpr unsigned kNameAttempts = 100;
+constexpr const char* kTopic = "collection";
 
 uint64_t padded(uint64_t length) { return (length + 3) & ~uint64_t(3); }
 
@@ -148,15 +150,26 @@ int TrueTypeCollectionFont::GetFaceLayout(unsigned int face, TTCFace& out) {
   if (face >= faceCount()) return kTTCNoFace;
   // The face's entry in the offset list, and its 12-byte offset table, lie inside the file.
   uint64_t entryAt = kTTCHeaderSize + 4 * uint64_t(face);
-  if (entryAt + 4 >= data_.size) return kTTCDamaged;
+  if (entryAt + 4 >= data_.size) {
+    TP_REFUSE(kTopic, entryAt, "offset of face %u lies beyond the file's 0x%zX bytes", face, data_.size);
+    return kTTCDamaged;
+  }
   BEReader list = BEReader(data_).from(size_t(entryAt));
   uint64_t faceOffset = list.u32();
-  if (faceOffset + kSfntHeaderSize >= data_.size) return kTTCDamaged;
+  if (faceOffset + kSfntHeaderSize >= data_.size) {
+    TP_REFUSE(kTopic, entryAt, "face %u at 0x%llX lies beyond the file's 0x%zX bytes", face,
+              static_cast<unsigned long long>(faceOffset), data_.size);
+    return kTTCDamaged;
+  }
   BEReader head = BEReader(data_).from(size_t(faceOffset));
   head.skip(4);
   uint16_t numTables = head.u16();
   uint64_t headerSize = kSfntHeaderSize + kDirectoryEntrySize * uint64_t(numTables);
-  if (!head.ok() || headerSize > data_.size - faceOffset) return kTTCDamaged;
+  if (!head.ok() || headerSize > data_.size - faceOffset) {
+    TP_REFUSE(kTopic, faceOffset, "table directory of face %u (%u tables) runs past the end of the file", face,
+              unsigned(numTables));
+    return kTTCDamaged;
+  }
 
   // The directory entries: tag, checkSum, offset, length.
   BEReader dir = BEReader(data_).at(size_t(faceOffset + kSfntHeaderSize), size_t(headerSize - kSfntHeaderSize));
@@ -171,7 +184,10 @@ int TrueTypeCollectionFont::GetFaceLayout(unsigned int face, TTCFace& out) {
     out.tables_.push_back(t);
     newSize += padded(t.length);
   }
-  if (newSize >= data_.size) return kTTCNoFace;
+  if (newSize >= data_.size) {
+    TP_REFUSE(kTopic, faceOffset, "the tables of face %u add up to more than the file's 0x%zX bytes", face, data_.size);
+    return kTTCNoFace;
+  }
 
   BEWriter header;
   header.bytes(data_.sub(size_t(faceOffset), size_t(headerSize)));
@@ -179,6 +195,9 @@ int TrueTypeCollectionFont::GetFaceLayout(unsigned int face, TTCFace& out) {
   for (unsigned i = 0; i < numTables; ++i) {
     TTCFace::Table& t = out.tables_[i];
     if (t.sourceOffset > data_.size || t.paddedLength > data_.size - t.sourceOffset) {
+      TP_REFUSE(kTopic, faceOffset + kSfntHeaderSize + kDirectoryEntrySize * i,
+                "table %u of face %u at 0x%X, 0x%X bytes, runs past the file's 0x%zX bytes", i, face, t.sourceOffset,
+                t.length, data_.size);
       out = TTCFace();
       return kTTCDamaged;
     }

@@ -30,24 +30,30 @@ namespace {
 using StringField = UxString TP_FontSpecifier::*;
 using NumberField = uint32_t TP_FontSpecifier::*;
 
-// Pointer check, then index check, then the attribute gate, then the copy.
+// The preamble of every face getter: pointer check (array and output), then index check (an
+// index not below the count gives `outOfRange`), then the attribute gate. TP_STATUS_OK leaves
+// the face in *face.
+TP_Status checkedFace(TP_FontArray* array, const void* out, uint32_t index, uint32_t bit, TP_FontSpecifier* face,
+                      TP_Status outOfRange = TP_STATUS_RANGE) {
+  if (!array || !out) return TP_STATUS_FAILED;
+  if (index >= array->count()) return outOfRange;
+  *face = array->at(index);
+  return (face->attributes & bit) ? TP_STATUS_OK : TP_STATUS_NOT_COLLECTED;
+}
+
 TP_Status getString(TP_FontArray* array, uint32_t index, char* buffer, int32_t size, uint32_t bit,
                     StringField field) {
-  if (!array || !buffer) return TP_STATUS_FAILED;
-  if (index >= array->count()) return TP_STATUS_RANGE;
-  const TP_FontSpecifier face = array->at(index);
-  if (!(face.attributes & bit)) return TP_STATUS_NOT_COLLECTED;
-  copyOutString(face.*field, buffer, size);
-  return TP_STATUS_OK;
+  TP_FontSpecifier face;
+  const TP_Status status = checkedFace(array, buffer, index, bit, &face);
+  if (status == TP_STATUS_OK) copyOutString(face.*field, buffer, size);
+  return status;
 }
 
 TP_Status getNumber(TP_FontArray* array, uint32_t index, uint32_t* value, uint32_t bit, NumberField field) {
-  if (!array || !value) return TP_STATUS_FAILED;
-  if (index >= array->count()) return TP_STATUS_RANGE;
-  const TP_FontSpecifier face = array->at(index);
-  if (!(face.attributes & bit)) return TP_STATUS_NOT_COLLECTED;
-  *value = face.*field;
-  return TP_STATUS_OK;
+  TP_FontSpecifier face;
+  const TP_Status status = checkedFace(array, value, index, bit, &face);
+  if (status == TP_STATUS_OK) *value = face.*field;
+  return status;
 }
 
 // A version text cut to its numeric part: leading non-digits dropped, then digits, full stops
@@ -170,20 +176,16 @@ TP_API TP_Status TP_GetDisplayName(TP_FontArray* array, uint32_t index, char* bu
 }
 
 TP_API TP_Status TP_GetWindowsFullName(TP_FontArray* array, uint32_t index, char* buffer, int32_t size) {
-  if (!array || !buffer) return TP_STATUS_FAILED;
-  if (index >= array->count()) return TP_STATUS_RANGE;
-  const TP_FontSpecifier face = array->at(index);
-  if (!(face.attributes & TP_ATTR_WINDOWS_FULL_NAME)) return TP_STATUS_NOT_COLLECTED;
+  TP_FontSpecifier face;
+  if (TP_Status status = checkedFace(array, buffer, index, TP_ATTR_WINDOWS_FULL_NAME, &face)) return status;
   if (face.windowsFullName.empty()) return TP_GetFullName(array, index, buffer, size);
   copyOutString(face.windowsFullName, buffer, size);
   return TP_STATUS_OK;
 }
 
 TP_API TP_Status TP_GetVersion(TP_FontArray* array, uint32_t index, char* buffer, int32_t size) {
-  if (!array || !buffer) return TP_STATUS_FAILED;
-  if (index >= array->count()) return TP_STATUS_RANGE;
-  const TP_FontSpecifier face = array->at(index);
-  if (!(face.attributes & TP_ATTR_VERSION)) return TP_STATUS_NOT_COLLECTED;
+  TP_FontSpecifier face;
+  if (TP_Status status = checkedFace(array, buffer, index, TP_ATTR_VERSION, &face)) return status;
   copyOutString(numericVersion(face.version), buffer, size);
   return TP_STATUS_OK;
 }
@@ -197,10 +199,10 @@ TP_API TP_Status TP_GetPrinterFont(TP_FontArray* array, uint32_t index, char* bu
 }
 
 TP_API TP_Status TP_GetWindowsMMFile(TP_FontArray* array, uint32_t index, char* buffer, int32_t size) {
-  if (!array || !buffer) return TP_STATUS_FAILED;
-  if (index >= array->count()) return TP_STATUS_FAILED;  // this getter answers 1, not 4
-  const TP_FontSpecifier face = array->at(index);
-  if (!(face.attributes & TP_ATTR_WINDOWS_MM_FILE)) return TP_STATUS_NOT_COLLECTED;
+  TP_FontSpecifier face;
+  // This getter answers 1, not 4, for an index out of range.
+  if (TP_Status status = checkedFace(array, buffer, index, TP_ATTR_WINDOWS_MM_FILE, &face, TP_STATUS_FAILED))
+    return status;
   if (!(face.attributes & TP_ATTR_OUTLINE_FILE_NAME)) return TP_STATUS_FAILED;
   UxString mmmName;
   if (!typeprint::GetWindowsMMMFontNameFromPrinterFontName(face.outlineFilePath, &mmmName)) return TP_STATUS_FAILED;
@@ -209,10 +211,8 @@ TP_API TP_Status TP_GetWindowsMMFile(TP_FontArray* array, uint32_t index, char* 
 }
 
 TP_API TP_Status TP_GetFoundryName(TP_FontArray* array, uint32_t index, char* buffer, int32_t size) {
-  if (!array || !buffer) return TP_STATUS_FAILED;
-  if (index >= array->count()) return TP_STATUS_RANGE;
-  const TP_FontSpecifier face = array->at(index);
-  if (!(face.attributes & TP_ATTR_FOUNDRY_NAME)) return TP_STATUS_NOT_COLLECTED;
+  TP_FontSpecifier face;
+  if (TP_Status status = checkedFace(array, buffer, index, TP_ATTR_FOUNDRY_NAME, &face)) return status;
   // Mac faces carry creator codes, which the legacy lookup prefers to the foundry text.
   if (face.platform == "mac") return TP_GetLegacyFoundryName(array, index, buffer, size);
   UxString foundry;
@@ -223,10 +223,8 @@ TP_API TP_Status TP_GetFoundryName(TP_FontArray* array, uint32_t index, char* bu
 }
 
 TP_API TP_Status TP_GetLegacyFoundryName(TP_FontArray* array, uint32_t index, char* buffer, int32_t size) {
-  if (!array || !buffer) return TP_STATUS_FAILED;
-  if (index >= array->count()) return TP_STATUS_RANGE;
-  const TP_FontSpecifier face = array->at(index);
-  if (!(face.attributes & TP_ATTR_FOUNDRY_NAME)) return TP_STATUS_NOT_COLLECTED;
+  TP_FontSpecifier face;
+  if (TP_Status status = checkedFace(array, buffer, index, TP_ATTR_FOUNDRY_NAME, &face)) return status;
   const CFoundryNameTable& table = CFoundryNameTable::GetSharedFoundryNameTable();
   UxString foundry;
   // A creator code that tools stamped on everyone's fonts is trusted less than the text.

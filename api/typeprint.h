@@ -10,6 +10,12 @@
  * String getters write into a caller buffer of signed capacity `size`: nothing at all when
  * size < 1, otherwise the first min(length, size - 1) bytes and a terminator; truncation is
  * silent and still gives TP_STATUS_OK.
+ *
+ * Two functions can raise a C++ exception instead of returning, and a C caller cannot catch it
+ * (the process then ends): TP_GetKindName for an index not below the count, and TP_GetStyles when
+ * the keyword table data file is missing or lacks a required part. A C caller checks the index
+ * against TP_GetFontCount first and installs the data files; a C++ caller may catch
+ * std::exception. Every other function returns normally.
  */
 #ifndef TYPEPRINT_H
 #define TYPEPRINT_H
@@ -81,7 +87,8 @@ TP_Status TP_Match(TP_FontArray* a, uint32_t indexA, TP_FontArray* b, uint32_t i
 TP_Status TP_GetFontIndexForFONDResourceID(TP_FontArray* array, int16_t fondID, int16_t style,
                                            uint32_t* index /* out */);
 
-/* String getters: copy one attribute of face `index` into the buffer. */
+/* String getters: copy one attribute of face `index` into the buffer. TP_GetKindName throws
+   for an index not below the count (see the top of this file); the others return TP_STATUS_RANGE. */
 TP_Status TP_GetKindName(TP_FontArray* array, uint32_t index, char* buffer /* out */, int32_t size);
 TP_Status TP_GetPostScriptName(TP_FontArray* array, uint32_t index, char* buffer /* out */, int32_t size);
 TP_Status TP_GetFamilyName(TP_FontArray* array, uint32_t index, char* buffer /* out */, int32_t size);
@@ -101,7 +108,8 @@ TP_Status TP_GetTypeprintChecksum(TP_FontArray* array, uint32_t index, uint32_t*
 TP_Status TP_GetLegacyTypeprintChecksum(TP_FontArray* array, uint32_t index, uint32_t* value /* out */);
 TP_Status TP_GetKerningChecksum(TP_FontArray* array, uint32_t index, uint32_t* value /* out */);
 
-/* The built-in styles that two names express: at most maxNames names of nameSize bytes each. */
+/* The built-in styles that two names express: at most maxNames names of nameSize bytes each.
+   Throws when the keyword table cannot be read (see the top of this file). */
 TP_Status TP_GetStyles(const char* nameA, const char* nameB, uint32_t maxNames, int32_t nameSize,
                        uint32_t* count /* out */, char** names /* out */);
 

@@ -23,6 +23,8 @@ struct ByteSpan {
   ByteSpan() = default;
   ByteSpan(const uint8_t* d, size_t n) : data(d), size(n) {}
   ByteSpan(const std::vector<uint8_t>& v) : data(v.data()), size(v.size()) {}  // NOLINT
+  // A span of a temporary vector would dangle at once.
+  ByteSpan(std::vector<uint8_t>&&) = delete;
   bool empty() const { return size == 0; }
   const uint8_t* begin() const { return data; }
   const uint8_t* end() const { return data + size; }

@@ -21,19 +21,19 @@ std::string fixture(const char* relative) {
 void everyFaceOfTheType1Family(benchmark::State& state) {
   const std::string path = fixture("c-type1-family/appledouble/NimbusSans");
   for (auto _ : state) {
-    void* rf = typeprint::AllocateResourceFile(path.c_str(), true);
-    typeprint::Handle fond = typeprint::getHandleOfTypeAndIndex(rf, typeprint::kTypeFOND, 1);
+    auto rf = typeprint::ResourceFile::open(path, true);
+    typeprint::Resource fond = rf->at(typeprint::kTypeFOND, 1);
     uint32_t sum = 0;
-    for (int i = 0; i < typeprint::getCountOfUniqueStyles(rf, fond); ++i) {
-      short style = typeprint::getStyleFromStyleIndex(rf, fond, i);
+    for (int i = 0; i < typeprint::getCountOfUniqueStyles(fond->data()); ++i) {
+      short style = typeprint::getStyleFromStyleIndex(fond->data(), i);
       typeprint::UxString printer, kind, family, psName;
-      typeprint::CollectPSMetaDataMac(rf, path, fond, style, &printer, &kind, nullptr, &family, nullptr, &psName,
+      typeprint::CollectPSMetaDataMac(rf.get(), path, fond, style, &printer, &kind, nullptr, &family, nullptr, &psName,
                                       nullptr, nullptr);
       uint32_t chained = 0;
-      sum += typeprint::GetLanternChecksum(path, rf, fond, style, false, chained) + uint32_t(psName.size());
+      sum += typeprint::GetLanternChecksum(path, rf.get(), fond->data(), style, false, chained) +
+             uint32_t(psName.size());
     }
     benchmark::DoNotOptimize(sum);
-    typeprint::FreeResourceFile(rf);
   }
 }
 BENCHMARK(everyFaceOfTheType1Family);

@@ -17,21 +17,17 @@ std::string fixture(const char* relative) {
 void openAndWalk(benchmark::State& state, const char* relative, bool hasMap) {
   const std::string path = fixture(relative);
   for (auto _ : state) {
-    void* rf = typeprint::AllocateResourceFile(path.c_str(), true);
-    if (!rf) {
+    auto file = typeprint::ResourceFile::open(path, true);
+    if (!file) {
       if (hasMap) state.SkipWithError("fixture not readable");
       continue;
     }
-    auto* file = static_cast<typeprint::TypeprintResourceFile*>(rf);
     size_t bytes = 0;
-    for (int t = 1; t <= file->count1ResTypes(); ++t) {
-      uint32_t type = 0;
-      file->getResourceTypeViaGet1IndType(&type, t);
-      for (int i = 1; i <= typeprint::countResType(rf, type); ++i)
-        bytes += typeprint::GetHandleSize(typeprint::getHandleOfTypeAndIndex(rf, type, i));
+    for (int t = 1; t <= file->countTypes(); ++t) {
+      const uint32_t type = file->typeAt(t);
+      for (int i = 1; i <= file->count(type); ++i) bytes += file->at(type, i)->data().size;
     }
     benchmark::DoNotOptimize(bytes);
-    typeprint::FreeResourceFile(rf);
   }
 }
 

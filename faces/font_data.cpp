@@ -5,6 +5,7 @@
 #include <string>
 
 #include "analysis/checksums.h"
+#include "base/diagnostics.h"
 #include "analysis/name_table.h"
 #include "analysis/type1_header.h"
 #include "resources/families.h"
@@ -34,7 +35,7 @@ constexpr uint32_t kTagTTCF = tag("ttcf");
 // The first four bytes of the file as a big-endian number; nothing for a resource font, a file
 // that is not open, or one shorter than four bytes.
 std::optional<uint32_t> fileSignature(const TFontData& fd) {
-  if (FileHasFONDsInResourceFork(fd.resourceFile) || !fd.forks) return std::nullopt;
+  if ((fd.resourceFile && fd.resourceFile->hasFamilies()) || !fd.forks) return std::nullopt;
   BEReader r(fd.forks->dataFork);
   uint32_t signature = r.u32();
   if (!r.ok()) return std::nullopt;
@@ -95,14 +96,48 @@ void trimTrailingSpaces(UxString& text) {
   text.erase(end == std::string::npos ? 0 : end + 1);
 }
 
+// Why no kind could be decided, with what the file begins with.
+void refuseUnknownKind(const TFontData& fd) {
+  if (fd.resourceFile && fd.resourceFile->hasFamilies())
+    TP_REFUSE_WHOLE("kind", "the family has no outline or bitmap resource for this face");
+  else if (fd.resourceFile)
+    TP_REFUSE_WHOLE("kind", "a printer font file without families: its faces are read through the suitcase that names it");
+  else if (!fd.forks)
+    TP_REFUSE_WHOLE("kind", "the file cannot be read");
+  else if (fd.forks->dataFork.size < 4)
+    TP_REFUSE_WHOLE("kind", "not a font: a data fork of %zu bytes and no resource fork", fd.forks->dataFork.size);
+  else {
+    const uint8_t* b = fd.forks->dataFork.data;
+    TP_REFUSE("kind", 0, "not a font: first bytes %02X %02X %02X %02X", b[0], b[1], b[2], b[3]);
+  }
+}
+
+// The names of the face read as an sfnt.
+FaceOutcome collectSfntNames(TFontData& fd, Resource fond, short style, UxString& kind, UxString* platform,
+                             UxString* foundry, UxString* family, UxString* version, UxString* postScriptName,
+                             UxString* styledName, UxString* fullName, UxString* windowsFullName,
+                             uint32_t* kerningChecksum) {
+  loadFontDataIntoMemory(fd, fond, style);
+  if (!fd.data.data) return FaceOutcome::NoNames;
+  if (fd.fontKind == kFontKindOpenTypeTT) kind = fontKindString(kFontKindOpenTypeTT);
+  const bool gotNames = getMetaDataFromNamesTable(fd.font(), foundry, family, version, postScriptName, styledName,
+                                                  fullName, windowsFullName);
+  FaceOutcome outcome = gotNames ? FaceOutcome::Read : FaceOutcome::NoNames;
+  if (platform && !fd.isResourceFont && gotNames && !GetPlatformTTF(fd.font(), platform))
+    outcome = FaceOutcome::PlatformUndecided;
+  if (kerningChecksum) GetTrueTypeKerningTableChecksum(fd.font(), kerningChecksum);
+  return outcome;
+}
+
 }  // namespace
 
-long CollectPSMetaData(void* resourceFile, const UxString& path, Handle styleHandle, short styleIndex,
-                       UxString* printerFilePath, UxString* kind, UxString* foundry, UxString* family,
-                       UxString* version, UxString* postScriptName, UxString* styledName, UxString* fullName) {
-  long status = CollectPSMetaDataMac(resourceFile, path, styleHandle, styleIndex, printerFilePath, kind, foundry,
-                                     family, version, postScriptName, styledName, fullName);
-  if (status == 0) return 0;
+PSHeaderOutcome CollectPSMetaData(ResourceFile* resourceFile, const UxString& path, Resource fond, short style,
+                                  UxString* printerFilePath, UxString* kind, UxString* foundry, UxString* family,
+                                  UxString* version, UxString* postScriptName, UxString* styledName,
+                                  UxString* fullName) {
+  PSHeaderOutcome status = CollectPSMetaDataMac(resourceFile, path, fond, style, printerFilePath, kind, foundry,
+                                                family, version, postScriptName, styledName, fullName);
+  if (status == PSHeaderOutcome::Read) return status;
   return CollectPSMetaDataFromFile(path, printerFilePath, kind, foundry, family, version, postScriptName,
                                    styledName, fullName);
 }
@@ -113,7 +148,7 @@ const char* fontKindString(uint16_t kind) {
   return kind < kFontKindUnknown ? kStrings[kind] : "";
 }
 
-void initializeAndConstructFontInfo(TFontData& fd, void* resourceFile, const UxString& path,
+void initializeAndConstructFontInfo(TFontData& fd, ResourceFile* resourceFile, const UxString& path,
                                     const FileForks* openedForks) {
   fd.forks.reset();
   fd.extensionType = kExtUnknown;
@@ -121,12 +156,11 @@ void initializeAndConstructFontInfo(TFontData& fd, void* resourceFile, const UxS
   fd.data = {};
   fd.directory = SfntDirectory();
   fd.isResourceFont = 0;
-  fd.sfntHandle = nullptr;
   std::strncpy(fd.path, path.c_str(), kFontDataPathCapacity - 1);
   fd.path[kFontDataPathCapacity - 1] = '\0';
   fd.pathString = path;
   fd.resourceFile = resourceFile;
-  if (resourceFile && (FileHasFONDsInResourceFork(resourceFile) || FileHasPOSTsInResourceFork(resourceFile))) {
+  if (resourceFile && (resourceFile->hasFamilies() || resourceFile->hasPrinterResources())) {
     fd.isResourceFont = 1;
     return;
   }
@@ -140,8 +174,6 @@ void freeFontInfo(TFontData& fd) {
   fd.extensionType = kExtUnknown;
   fd.fontKind = kFontKindUnknown;
   fd.forks.reset();
-  if (fd.sfntHandle) ReleaseResource(fd.sfntHandle);
-  fd.sfntHandle = nullptr;
   fd.data = {};
   fd.directory = SfntDirectory();
   fd.resourceFile = nullptr;
@@ -165,80 +197,72 @@ bool has_otf_TrueType_Flag(const TFontData& fd) { return fileSignature(fd) == kS
 bool has_otf_OTTO_Flag(const TFontData& fd) { return fileSignature(fd) == kSfntVersionOTTO; }
 
 bool hasValidPSHeader(const TFontData& fd) {
-  return hasValidResourcePSHeader(fd.resourceFile) || hasPrinterFontMetricsHeader(fd);
+  return (fd.resourceFile && fd.resourceFile->hasType1Outline()) || hasPrinterFontMetricsHeader(fd);
 }
 
-void getMetaData_FontType(TFontData& fd, Handle styleHandle, int styleIndex, UxString* kindString) {
+void getMetaData_FontType(TFontData& fd, Resource fond, int style, UxString* kindString) {
   if (fd.isResourceFont) {
-    short style = short(styleIndex);
-    if (has_ttc_true_Flag(fd.resourceFile, styleHandle, style)) setKind(fd, kFontKindTrueType, kindString);
-    else if (has_OTTO_Flag_inResource(fd.resourceFile, styleHandle, style))
-      setKind(fd, kFontKindOpenTypePS, kindString);
-    else if (is_psfont(fd.resourceFile)) setKind(fd, kFontKindPostScript, kindString);
+    const ResourceFile& rf = *fd.resourceFile;
+    if (has_ttc_true_Flag(rf, fond, short(style))) setKind(fd, kFontKindTrueType, kindString);
+    else if (has_OTTO_Flag_inResource(rf, fond, short(style))) setKind(fd, kFontKindOpenTypePS, kindString);
+    else if (rf.hasBitmapFonts()) setKind(fd, kFontKindPostScript, kindString);
+    if (fd.fontKind != kFontKindUnknown) {
+      TP_NOTE("kind", "%s, from the face's resources", fontKindString(fd.fontKind));
+      return;
+    }
   }
-  if (fd.fontKind != kFontKindUnknown) return;
   fd.extensionType = uint16_t(fontTypeFromExtension(fd.path));
   kindFromExtension(fd, kindString);
+  if (fd.fontKind != kFontKindUnknown) {
+    TP_NOTE("kind", "%s, from the extension .%s", fontKindString(fd.fontKind), kExtensions[fd.extensionType]);
+    return;
+  }
   if (fd.extensionType == kExtUnknown) kindFromHeader(fd, kindString);
+  if (fd.fontKind != kFontKindUnknown) TP_NOTE("kind", "%s, from the first bytes", fontKindString(fd.fontKind));
+  else refuseUnknownKind(fd);
 }
 
-int loadFontDataIntoMemory(TFontData& fd, Handle styleHandle, short styleIndex) {
-  if (fd.fontKind <= kFontKindOpenTypePS) loadTTFontData(fd, styleHandle, styleIndex);
-  return 0;
+void loadFontDataIntoMemory(TFontData& fd, Resource fond, short style) {
+  if (fd.fontKind <= kFontKindOpenTypePS) loadTTFontData(fd, fond, style);
 }
 
-int loadTTFontData(TFontData& fd, Handle styleHandle, short styleIndex) {
-  if (fd.isResourceFont || fd.extensionType == kExtDfont) {
-    int16_t id = getFirstResourceIDFromHandleAndStyle(fd.resourceFile, styleHandle, styleIndex);
-    Handle sfnt = getHandleOfTypeAndResID(fd.resourceFile, kTypeSfnt, id);
-    if (sfnt) {
-      fd.sfntHandle = sfnt;
-      fd.data = HandleBytes(sfnt);
-    }
+void loadTTFontData(TFontData& fd, Resource fond, short style) {
+  if (fd.resourceFile && (fd.isResourceFont || fd.extensionType == kExtDfont)) {
+    int16_t id = getFirstResourceIDForStyle(dataOf(fond), style);
+    if (Resource sfnt = fd.resourceFile->find(kTypeSfnt, id)) fd.data = sfnt->data();
   }
   // The whole data fork, where it lies; a size that does not fit in 32 bits counts as none.
   if (!fd.data.data && fd.forks && fd.forks->dataFork.size < 0xFFFFFFFFu) fd.data = fd.forks->dataFork;
   fd.directory = SfntDirectory(SfntBytes(fd.data));
   promoteToOpenType(fd);
-  return 0;
 }
 
-long CollectMetaData(void* resourceFile, const UxString& path, Handle styleHandle, short styleIndex,
-                     UxString* printerFilePath, UxString* kindString, UxString* platform, UxString* foundry,
-                     UxString* family, UxString* version, UxString* postScriptName, UxString* styledName,
-                     UxString* fullName, UxString* windowsFullName, uint32_t* kerningChecksum,
-                     const FileForks* openedForks) {
+FaceOutcome CollectMetaData(ResourceFile* resourceFile, const UxString& path, Resource fond, short style,
+                            UxString* printerFilePath, UxString* kindString, UxString* platform, UxString* foundry,
+                            UxString* family, UxString* version, UxString* postScriptName, UxString* styledName,
+                            UxString* fullName, UxString* windowsFullName, uint32_t* kerningChecksum,
+                            const FileForks* openedForks) {
   TFontData fd;
   initializeAndConstructFontInfo(fd, resourceFile, path, openedForks);
   UxString kind;
-  getMetaData_FontType(fd, styleHandle, styleIndex, &kind);
+  getMetaData_FontType(fd, fond, style, &kind);
   if (platform) *platform = "mac";
-  long status = 3;
-  bool finished = false;
+  std::optional<FaceOutcome> outcome;
   if (fd.fontKind == kFontKindPostScript) {
-    status = CollectPSMetaData(fd.resourceFile, path, styleHandle, styleIndex, printerFilePath, &kind, foundry,
-                               family, version, postScriptName, styledName, fullName);
-    finished = status == 0 || status == 6;
-    // Otherwise the font is read as an sfnt; its kind string stays what it was.
-    if (!finished) fd.fontKind = kFontKindTrueType;
-  }
-  if (!finished) {
-    loadFontDataIntoMemory(fd, styleHandle, styleIndex);
-    if (!fd.data.data) {
-      status = 3;
-    } else {
-      if (fd.fontKind == kFontKindOpenTypeTT) kind = fontKindString(kFontKindOpenTypeTT);
-      bool gotNames = getMetaDataFromNamesTable(fd.font(), foundry, family,
-                                                version, postScriptName, styledName, fullName, windowsFullName);
-      status = gotNames ? 0 : 3;
-      if (platform && !fd.isResourceFont && gotNames && !GetPlatformTTF(fd.font(), platform)) status = -1;
-      if (kerningChecksum) GetTrueTypeKerningTableChecksum(fd.font(), kerningChecksum);
+    switch (CollectPSMetaData(fd.resourceFile, path, fond, style, printerFilePath, &kind, foundry, family, version,
+                              postScriptName, styledName, fullName)) {
+      case PSHeaderOutcome::Read: outcome = FaceOutcome::Read; break;
+      case PSHeaderOutcome::NoPrinterFile: outcome = FaceOutcome::PrinterFileMissing; break;
+      // The font is read as an sfnt; its kind string stays what it was.
+      case PSHeaderOutcome::NothingToDo: fd.fontKind = kFontKindTrueType; break;
     }
   }
+  if (!outcome) outcome = collectSfntNames(fd, fond, style, kind, platform, foundry, family, version, postScriptName,
+                                           styledName, fullName, windowsFullName, kerningChecksum);
   if (family) trimTrailingSpaces(*family);
   if (kindString) *kindString = kind;
   freeFontInfo(fd);
-  return status;
+  return *outcome;
 }
 
 }  // namespace typeprint

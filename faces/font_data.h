@@ -9,7 +9,8 @@
 #include "analysis/sfnt_directory.h"
 #include "foundation/ux_string.h"
 #include "platform/linux/fork_locator.h"
-#include "resources/handle.h"
+#include "resources/resource_file.h"
+#include "resources/resource_metadata.h"
 
 namespace typeprint {
 
@@ -35,7 +36,7 @@ enum EExtensionType : uint16_t {
 constexpr size_t kFontDataPathCapacity = 1024;
 
 // The view of one font while it is analysed. The bytes are never copied: `data` points into the
-// file's mapped data fork or into the face's `sfnt` resource.
+// file's mapped data fork or into the face's `sfnt` resource of the open resource file.
 struct TFontData {
   char path[kFontDataPathCapacity] = {};  // at most 1,023 characters, always terminated
   UxString pathString;
@@ -45,17 +46,16 @@ struct TFontData {
   uint16_t extensionType = kExtUnknown;
   uint16_t fontKind = kFontKindUnknown;
   ByteSpan data;
-  SfntDirectory directory;        // the table directory of `data`, read once when data is loaded
-  int isResourceFont = 0;         // the font lives in the file's resource fork (FOND or POST resources)
-  Handle sfntHandle = nullptr;    // the `sfnt` resource data points at, given back by freeFontInfo
-  void* resourceFile = nullptr;   // the caller's open resource file; not owned
+  SfntDirectory directory;               // the table directory of `data`, read once when data is loaded
+  int isResourceFont = 0;                // the font lives in the file's resource fork (FOND or POST resources)
+  ResourceFile* resourceFile = nullptr;  // the caller's open resource file; not owned
 
   SfntBytes font() const { return SfntBytes(data).withDirectory(directory); }
 };
 
 // Resets every field and opens the font: a resource font when resourceFile holds FOND or POST
 // resources, else the file at `path` (or the forks given, already mapped by the caller).
-void initializeAndConstructFontInfo(TFontData& fd, void* resourceFile, const UxString& path,
+void initializeAndConstructFontInfo(TFontData& fd, ResourceFile* resourceFile, const UxString& path,
                                     const FileForks* openedForks = nullptr);
 // Gives back what the view holds and marks the kind unknown.
 void freeFontInfo(TFontData& fd);
@@ -72,22 +72,30 @@ bool has_otf_OTTO_Flag(const TFontData& fd);
 bool hasValidPSHeader(const TFontData& fd);
 
 // Decides fd.fontKind and writes the kind string (left alone when the kind stays unknown).
-void getMetaData_FontType(TFontData& fd, Handle styleHandle, int styleIndex, UxString* kindString);
+void getMetaData_FontType(TFontData& fd, Resource fond, int style, UxString* kindString);
 
-// Points fd.data at the font's bytes for the sfnt kinds (0, 1, 2); 0 always.
-int loadFontDataIntoMemory(TFontData& fd, Handle styleHandle, short styleIndex);
-int loadTTFontData(TFontData& fd, Handle styleHandle, short styleIndex);
+// Points fd.data at the font's bytes for the sfnt kinds (0, 1, 2).
+void loadFontDataIntoMemory(TFontData& fd, Resource fond, short style);
+void loadTTFontData(TFontData& fd, Resource fond, short style);
 
 // The names of a PostScript face: from its printer file's POST resources, else from the printer
-// file's data fork. 0 success, 6 printer file not found or unopenable, -1 no printer file.
-long CollectPSMetaData(void* resourceFile, const UxString& path, Handle styleHandle, short styleIndex,
-                       UxString* printerFilePath, UxString* kind, UxString* foundry, UxString* family,
-                       UxString* version, UxString* postScriptName, UxString* styledName, UxString* fullName);
+// file's data fork.
+PSHeaderOutcome CollectPSMetaData(ResourceFile* resourceFile, const UxString& path, Resource fond, short style,
+                                  UxString* printerFilePath, UxString* kind, UxString* foundry, UxString* family,
+                                  UxString* version, UxString* postScriptName, UxString* styledName,
+                                  UxString* fullName);
+
+// What the analysis of one face gave.
+enum class FaceOutcome {
+  Read,                // the names were read
+  PrinterFileMissing,  // a PostScript face whose printer file is missing or unopenable: still a face
+  NoNames,             // no font data, or no usable name in it
+  PlatformUndecided,   // names read, but the sfnt's platform could not be decided
+};
 
 // The whole analysis of one font (a file, or one face of a resource-fork font file). Any output
-// may be null. 0 success; 3 no data or no usable name; -1 platform undecided; otherwise the
-// PostScript collection's 0 or 6. `openedForks` lets a caller that has mapped the file share it.
-long CollectMetaData(void* resourceFile, const UxString& path, Handle styleHandle, short styleIndex,
+// may be null. `openedForks` lets a caller that has mapped the file share it.
+FaceOutcome CollectMetaData(ResourceFile* resourceFile, const UxString& path, Resource fond, short style,
                      UxString* printerFilePath, UxString* kindString, UxString* platform, UxString* foundry,
                      UxString* family, UxString* version, UxString* postScriptName, UxString* styledName,
                      UxString* fullName, UxString* windowsFullName, uint32_t* kerningChecksum,

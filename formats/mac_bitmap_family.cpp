@@ -12,9 +12,9 @@ namespace typeprint::formats {
 namespace {
 
 // One strike's bytes: its NFNT resource, else its FONT resource.
-ByteSpan strikeBytes(TypeprintResourceFile& file, int16_t id) {
-  ByteSpan bytes = HandleBytes(file.getResourceHandleForType(kTypeNFNT, id));
-  return bytes.empty() ? HandleBytes(file.getResourceHandleForType(kTypeFONT, id)) : bytes;
+ByteSpan strikeBytes(const ResourceFile& file, int16_t id) {
+  ByteSpan bytes = dataOf(file.find(kTypeNFNT, id));
+  return bytes.empty() ? dataOf(file.find(kTypeFONT, id)) : bytes;
 }
 
 }  // namespace
@@ -31,16 +31,14 @@ std::string quickDrawStyleName(uint16_t style) {
 }
 
 std::vector<TFormatFace> readMacBitmapFamilies(const std::string& path, const FileForks* forks) {
-  std::unique_ptr<TypeprintResourceFile> file =
-      forks ? TypeprintResourceFile::initWithForks(path, *forks, true) : TypeprintResourceFile::initWithFile(path, true);
+  std::unique_ptr<ResourceFile> file = forks ? ResourceFile::open(path, *forks, true) : ResourceFile::open(path, true);
   std::vector<TFormatFace> faces;
   if (!file) return faces;
-  const int families = file->countResType(kTypeFOND);
+  const int families = file->count(kTypeFOND);
   for (int f = 1; f <= families; ++f) {
-    Handle fond = file->getResourceHandleViaGet1IndResource(kTypeFOND, f);
-    std::string familyName;
-    file->getResInfo(fond, nullptr, nullptr, &familyName);
-    const std::vector<FondEntry> entries = fondEntries(HandleBytes(fond));
+    Resource fond = file->at(kTypeFOND, f);
+    const std::string familyName = fond->hasName ? fond->name : std::string();
+    const std::vector<FondEntry> entries = fondEntries(fond->data());
     const bool bitmapOnly = !entries.empty() && std::none_of(entries.begin(), entries.end(),
                                                              [](const FondEntry& e) { return e.isOutline(); });
     if (!bitmapOnly || familyName.empty()) continue;

@@ -230,14 +230,12 @@ std::optional<TType1Program> readType1Program(ByteSpan bytes) {
 }
 
 std::optional<TType1Program> readType1ProgramFromPrinterFile(const std::string& path, const FileForks* forks) {
-  std::unique_ptr<TypeprintResourceFile> file =
-      forks ? TypeprintResourceFile::initWithForks(path, *forks, true) : TypeprintResourceFile::initWithFile(path, true);
+  std::unique_ptr<ResourceFile> file = forks ? ResourceFile::open(path, *forks, true) : ResourceFile::open(path, true);
   if (!file) return std::nullopt;
   ProgramBuilder builder;
   // POST resource: segment type, a zero byte, then the payload.
   for (int i = 0; i < kMaxPostResources; ++i) {
-    Handle h = file->getResourceHandleForType(kTypePOST, int16_t(kFirstPOSTResourceID + i));
-    const ByteSpan bytes = HandleBytes(h);
+    const ByteSpan bytes = dataOf(file->find(kTypePOST, int16_t(kFirstPOSTResourceID + i)));
     if (bytes.size < 2 || bytes.data[0] == kPostEnd) break;
     const ByteSpan payload = bytes.sub(2, bytes.size - 2);
     if (bytes.data[0] == kPostText) builder.text(payload);

@@ -36,18 +36,18 @@ void writeFile(const std::string& path, const uint8_t* data, size_t size) {
 }
 
 // The edits the purge and promote commands make on every family.
-void edit(TypeprintResourceFile& rf, uint8_t selector) {
+void edit(ResourceFile& rf, uint8_t selector) {
   const short style = short(selector & 0x07);
   std::set<int16_t> referenced;
-  for (int16_t id : rf.getSortedResIDsForType(kTypeFOND)) {
-    Handle fond = rf.getResourceHandleForType(kTypeFOND, id);
+  for (int16_t id : rf.sortedIDs(kTypeFOND)) {
+    Resource fond = rf.find(kTypeFOND, id);
     switch ((selector >> 3) & 3) {
       case 0: purgeAllButFromFOND(rf, style, fond); break;
       case 1: promoteFOND(rf, fond, style); break;
       case 2: purgeFromFOND(rf, fond, {style}, true); break;
       default: purgeFromFOND(rf, fond, {style, short(style + 1)}, false); promoteFOND(rf, fond, style); break;
     }
-    for (const FondEntry& entry : fondEntries(HandleBytes(fond))) referenced.insert(entry.resID);
+    for (const FondEntry& entry : fondEntries(fond->data())) referenced.insert(entry.resID);
   }
   if (selector & 0x20) purgeAllButOfType(rf, referenced, kTypeNFNT);
   if (selector & 0x40) purgeAllButOfType(rf, referenced, kTypeSfnt);
@@ -71,16 +71,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   bool written = false;
   int families = 0;
   {
-    auto rf = TypeprintResourceFile::initWithFile(path, false);
+    auto rf = ResourceFile::open(path, false);
     if (!rf) return 0;
     edit(*rf, selector);
-    families = rf->countResType(kTypeFOND);
-    written = rf->updateResFile();
+    families = rf->count(kTypeFOND);
+    written = rf->update();
   }
   // What was written reads back as a resource file holding the families left.
   if (written) {
-    auto again = TypeprintResourceFile::initWithFile(path, true);
-    if (!again || again->countResType(kTypeFOND) != families) abort();
+    auto again = ResourceFile::open(path, true);
+    if (!again || again->count(kTypeFOND) != families) abort();
   }
   return 0;
 }

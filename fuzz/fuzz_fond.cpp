@@ -12,9 +12,9 @@
 using namespace typeprint;
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  Handle fond = NewHandleFromBytes(ByteSpan(data, size));
-  uint32_t sum = getStyleOffsetFromFOND(fond) + (isDoubleByteFOND(fond) ? 1 : 0);
-  for (const FondEntry& entry : fondEntries(HandleBytes(fond))) sum += uint32_t(entry.resID) + entry.style;
+  const ByteSpan fond(data, size);
+  uint32_t sum = fondStyleTableOffset(fond) + (fondIsDoubleByte(fond) ? 1 : 0);
+  for (const FondEntry& entry : fondEntries(fond)) sum += uint32_t(entry.resID) + entry.style;
   for (int16_t style : getSortedStylesForFOND(fond)) sum += uint32_t(getSortedNFNTsForFOND(fond, style).size());
   for (int style = 0; style < 0x80; ++style) {
     unsigned char name[kStr255Capacity], fileName[kStr255Capacity];
@@ -25,6 +25,5 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     sum += name[0] + fileName[0] + GetBastionChecksum(fond, short(style));
     sum += shouldHavePrinterFile(fond, int16_t(style)) ? 1 : 0;
   }
-  DisposeHandle(fond);
   return sum == 0xFFFFFFFF;
 }

@@ -19,11 +19,7 @@ constexpr size_t kUndecidedOutlineSize = 4;
 std::vector<int16_t> sorted(const std::set<int16_t>& values) { return {values.begin(), values.end()}; }
 
 // The family resource's name as stored (Mac-encoded bytes); empty when it has none.
-std::string rawResourceName(Handle fond) {
-  std::string name;
-  if (!GetResInfo(fond, nullptr, nullptr, &name)) return {};
-  return name;
-}
+std::string rawResourceName(Resource fond) { return fond && fond->hasName ? fond->name : std::string(); }
 
 bool startsWith(const std::string& s, const char* prefix) { return s.rfind(prefix, 0) == 0; }
 
@@ -36,20 +32,18 @@ bool endsWith(const std::string& s, const std::string& suffix) {
 bool hasCIDFamilyName(const std::string& name) { return startsWith(name, "A-CID") || endsWith(name, "CID-B"); }
 
 // First four bytes of the face's first outline resource; nothing when there is none.
-std::optional<uint32_t> firstOutlineTag(void* rf, Handle fond, short style) {
-  int16_t id = getFirstResourceIDFromHandleAndStyle(rf, fond, style);
+std::optional<uint32_t> firstOutlineTag(const ResourceFile& rf, Resource fond, short style) {
+  int16_t id = getFirstResourceIDForStyle(dataOf(fond), style);
   if (id == -1) return std::nullopt;
-  Handle sfnt = getHandleOfTypeAndResID(rf, kTypeSfnt, id);
-  BEReader r(HandleBytes(sfnt));
+  BEReader r(dataOf(rf.find(kTypeSfnt, id)));
   uint32_t first = r.u32();
-  ReleaseResource(sfnt);
   if (!r.ok()) return std::nullopt;
   return first;
 }
 
 // The encoding of a double-byte family's name, decided from its faces. The test looks at the
 // first entry's point size every time, whichever entry the walk is on.
-TextEncoding doubleByteNameEncoding(TypeprintResourceFile& rf, ByteSpan fond, const std::string& name) {
+TextEncoding doubleByteNameEncoding(const ResourceFile& rf, ByteSpan fond, const std::string& name) {
   const bool fallback = fondStyleTableOffset(fond) != 0;
   const auto decided = [&](bool japanese) { return japanese ? TextEncoding::MacJapanese : TextEncoding::MacRoman; };
   std::vector<FondEntry> entries = fondEntries(fond);
@@ -57,119 +51,105 @@ TextEncoding doubleByteNameEncoding(TypeprintResourceFile& rf, ByteSpan fond, co
   const bool firstIsOutline = entries.front().isOutline();
   for (const FondEntry& entry : entries) {
     if (firstIsOutline) {
-      Handle sfnt = rf.getResourceHandleForType(kTypeSfnt, entry.resID);
+      Resource sfnt = rf.find(kTypeSfnt, entry.resID);
       if (!sfnt) return TextEncoding::MacRoman;
-      BEReader r(HandleBytes(sfnt));
+      BEReader r(sfnt->data());
       bool undecided = r.size() <= kUndecidedOutlineSize;
       bool japanese = r.u32() == kTyp1Tag || hasCIDFamilyName(name);
-      rf.releaseResource(sfnt);
       if (undecided) return decided(fallback);
       return decided(japanese);
     }
-    Handle font = rf.getResourceHandleForType(kTypeFONT, entry.resID);
-    rf.releaseResource(font);
-    if (font) return TextEncoding::MacRoman;
+    if (rf.find(kTypeFONT, entry.resID)) return TextEncoding::MacRoman;
   }
   return decided(fallback);
 }
 
 }  // namespace
 
-uint32_t getStyleOffsetFromFOND(Handle fond) { return fondStyleTableOffset(HandleBytes(fond)); }
-
-bool isDoubleByteFOND(Handle fond) { return fondIsDoubleByte(HandleBytes(fond)); }
-
-UxString getResourceNameFromFOND(TypeprintResourceFile& rf, Handle fond) {
+UxString getResourceNameFromFOND(const ResourceFile& rf, Resource fond) {
   std::string name = rawResourceName(fond);
   ByteSpan bytes(reinterpret_cast<const uint8_t*>(name.data()), name.size());
   TextEncoding encoding = TextEncoding::MacRoman;
-  if (isDoubleByteFOND(fond)) encoding = doubleByteNameEncoding(rf, HandleBytes(fond), name);
+  if (fondIsDoubleByte(dataOf(fond))) encoding = doubleByteNameEncoding(rf, fond->data(), name);
   UxString decoded;
   // A name that is not valid Mac Japanese is read as Mac Roman, which decodes every byte.
   if (!decoded.Set(bytes, encoding)) decoded.Set(bytes, TextEncoding::MacRoman);
   return decoded;
 }
 
-std::vector<int16_t> getSortedStylesForFOND(Handle fond) {
+std::vector<int16_t> getSortedStylesForFOND(ByteSpan fond) {
   std::set<int16_t> styles;
-  for (const FondEntry& entry : fondEntries(HandleBytes(fond))) styles.insert(int16_t(entry.style));
+  for (const FondEntry& entry : fondEntries(fond)) styles.insert(int16_t(entry.style));
   return sorted(styles);
 }
 
-std::vector<int16_t> getSortedNFNTsForFOND(Handle fond, int16_t style) {
+std::vector<int16_t> getSortedNFNTsForFOND(ByteSpan fond, int16_t style) {
   std::set<int16_t> ids;
-  for (const FondEntry& entry : fondEntries(HandleBytes(fond)))
+  for (const FondEntry& entry : fondEntries(fond))
     if (entry.style == uint16_t(style)) ids.insert(entry.resID);
   return sorted(ids);
 }
 
-bool styleExists(int16_t style, Handle fond) {
-  for (const FondEntry& entry : fondEntries(HandleBytes(fond)))
+bool styleExists(int16_t style, ByteSpan fond) {
+  for (const FondEntry& entry : fondEntries(fond))
     if (entry.style == uint16_t(style)) return true;
   return false;
 }
 
-int getResIDForFOND(Handle fond, int index) {
+int getResIDForFOND(ByteSpan fond, int index) {
   FondEntry entry;
-  if (index < 0 || !fondEntryAt(HandleBytes(fond), size_t(index), &entry)) return -1;
+  if (index < 0 || !fondEntryAt(fond, size_t(index), &entry)) return -1;
   return uint16_t(entry.resID);
 }
 
-bool shouldHavePrinterFile(Handle fond, int16_t style) {
-  for (const FondEntry& entry : fondEntries(HandleBytes(fond)))
+bool shouldHavePrinterFile(ByteSpan fond, int16_t style) {
+  for (const FondEntry& entry : fondEntries(fond))
     if (entry.style == uint16_t(style) && entry.isOutline()) return false;
   return true;
 }
 
 // The k-th family (from 0, ascending IDs) is read only when 60 + 6k bytes fit in it: an odd
 // bound, kept for the answers it gives. Entries past the data are skipped all the same.
-std::vector<int16_t> getSortedStyles(TypeprintResourceFile& rf) {
+std::vector<int16_t> getSortedStyles(const ResourceFile& rf) {
   std::set<int16_t> styles;
   size_t k = 0;
-  for (int16_t id : rf.getSortedResIDsForType(kTypeFOND)) {
-    Handle fond = rf.getResourceHandleForType(kTypeFOND, id);
-    ByteSpan bytes = HandleBytes(fond);
+  for (int16_t id : rf.sortedIDs(kTypeFOND)) {
+    ByteSpan bytes = dataOf(rf.find(kTypeFOND, id));
     if (fondClaimedEntryCount(bytes) > 0 && fondEntryPresent(bytes, k))
       for (const FondEntry& entry : fondEntries(bytes)) styles.insert(int16_t(entry.style));
-    rf.releaseResource(fond);
     ++k;
   }
   return sorted(styles);
 }
 
-short getCountOfUniqueStyles(void* rf, Handle fond) {
-  if (!rf || !fond) return 0;
-  return short(getSortedStylesForFOND(fond).size());
-}
+short getCountOfUniqueStyles(ByteSpan fond) { return short(getSortedStylesForFOND(fond).size()); }
 
-short getStyleFromStyleIndex(void* rf, Handle fond, int i) {
-  if (!rf || !fond || i < 0) return -1;
+short getStyleFromStyleIndex(ByteSpan fond, int i) {
+  if (i < 0) return -1;
   std::vector<int16_t> styles = getSortedStylesForFOND(fond);
   return size_t(i) < styles.size() ? styles[size_t(i)] : -1;
 }
 
-int16_t getFirstResourceIDFromHandleAndStyle(void* rf, Handle fond, short style) {
-  if (!rf) return -1;
-  for (const FondEntry& entry : fondEntries(HandleBytes(fond)))
+int16_t getFirstResourceIDForStyle(ByteSpan fond, short style) {
+  for (const FondEntry& entry : fondEntries(fond))
     if (entry.style == uint16_t(style)) return entry.resID;
   return -1;
 }
 
-std::vector<int16_t> getSortedResIDsForStyle(void* rf, Handle fond, short style) {
-  if (!rf || !fond) return {};
+std::vector<int16_t> getSortedResIDsForStyle(ByteSpan fond, short style) {
   if (style != -1) return getSortedNFNTsForFOND(fond, style);
   std::set<int16_t> ids;
-  for (const FondEntry& entry : fondEntries(HandleBytes(fond))) ids.insert(entry.resID);
+  for (const FondEntry& entry : fondEntries(fond)) ids.insert(entry.resID);
   return sorted(ids);
 }
 
-bool has_ttc_true_Flag(void* rf, Handle fond, short style) {
+bool has_ttc_true_Flag(const ResourceFile& rf, Resource fond, short style) {
   std::optional<uint32_t> first = firstOutlineTag(rf, fond, style);
   if (!first) return false;
   return *first == kTrueTypeVersion || (*first == kTrueTag && !hasCIDFamilyName(rawResourceName(fond)));
 }
 
-bool has_OTTO_Flag_inResource(void* rf, Handle fond, short style) {
+bool has_OTTO_Flag_inResource(const ResourceFile& rf, Resource fond, short style) {
   std::optional<uint32_t> first = firstOutlineTag(rf, fond, style);
   return first && *first == kOTTOTag;
 }

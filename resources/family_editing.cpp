@@ -22,12 +22,6 @@ constexpr size_t kPromoteEntriesMinSize = 54;
 constexpr size_t kPromoteKerningMinSize = 52;
 constexpr size_t kPromoteNamesMinSize = 53;
 
-// Puts new bytes into a handle, resizing it.
-void replaceHandleBytes(Handle h, const std::vector<uint8_t>& bytes) {
-  SetHandleSize(h, bytes.size());
-  std::copy(bytes.begin(), bytes.end(), *h);
-}
-
 // A table offset lowered by `by`, flooring at 0, so that an absent table (offset 0) stays absent.
 // The offsets are signed in the record.
 uint32_t loweredOffset(ByteSpan family, size_t field, size_t by) {
@@ -40,8 +34,8 @@ uint32_t loweredOffset(ByteSpan family, size_t field, size_t by) {
 // the `NFNT`, `sfnt` and `FONT` resources carrying its ID go first. The tables after the entries
 // move down by 6 bytes per removed entry, so their offsets are lowered by as much.
 template <typename Removes>
-void removeEntries(TypeprintResourceFile& rf, Handle fond, Removes removes, bool deleteFonts) {
-  const ByteSpan family = HandleBytes(fond);
+void removeEntries(ResourceFile& rf, Resource fond, Removes removes, bool deleteFonts) {
+  const ByteSpan family = dataOf(fond);
   if (family.size < kFondMinTableSize) return;
   const int16_t countField = BEReader(family).at(kFondEntryCountOffset, 2).s16();
   if (countField < 0) return;
@@ -75,8 +69,7 @@ void removeEntries(TypeprintResourceFile& rf, Handle fond, Removes removes, bool
   out.patchU16(kFondEntryCountOffset, uint16_t(countField - int(removed)));
   for (size_t field : {kFondWidthTableOffsetField, kFondKerningTableOffsetField, kFondStyleTableOffsetField})
     out.patchU32(field, loweredOffset(family, field, shift));
-  replaceHandleBytes(fond, out.data());
-  rf.changedResource(fond);
+  rf.replaceData(fond, out.take());
 }
 
 // Every association entry of `style` becomes style 0, provided the whole table lies within the
@@ -134,30 +127,18 @@ void reduceNameTable(ByteSpan family, const std::string& postScriptName, BEWrite
 
 }  // namespace
 
-bool purgeResource(TypeprintResourceFile& rf, uint32_t type, int16_t resID) {
-  Handle h = rf.getResourceHandleForType(type, resID);
-  if (!h) return false;
-  if (!rf.removeResource(h)) return false;
-  DisposeHandle(h);
-  return true;
-}
+bool purgeResource(ResourceFile& rf, uint32_t type, int16_t resID) { return rf.remove(rf.find(type, resID)); }
 
 // Removing a resource moves the next one into its index, so the walk then steps the index and
 // the count back to visit it. A resource that could not be removed is passed over, which keeps
 // the walk finite.
-bool purgeAllButOfType(TypeprintResourceFile& rf, const std::set<int16_t>& keep, uint32_t type) {
+bool purgeAllButOfType(ResourceFile& rf, const std::set<int16_t>& keep, uint32_t type) {
   std::set<int16_t> notYetKept = keep;
   bool removedAny = false;
-  int count = rf.countResType(type);
+  int count = rf.count(type);
   for (int index = 1; index <= count; ++index) {
-    Handle h = rf.getResourceHandleViaGet1IndResource(type, index);
-    int16_t id = 0;
-    if (!rf.getResInfo(h, &id, nullptr, nullptr)) continue;
-    if (notYetKept.erase(id) || !rf.removeResource(h)) {
-      rf.releaseResource(h);
-      continue;
-    }
-    DisposeHandle(h);
+    Resource resource = rf.at(type, index);
+    if (!resource || notYetKept.erase(resource->id) || !rf.remove(resource)) continue;
     removedAny = true;
     --index;
     --count;
@@ -165,31 +146,28 @@ bool purgeAllButOfType(TypeprintResourceFile& rf, const std::set<int16_t>& keep,
   return removedAny;
 }
 
-void purgeAllButFromFOND(TypeprintResourceFile& rf, short style, Handle fond) {
+void purgeAllButFromFOND(ResourceFile& rf, short style, Resource fond) {
   removeEntries(rf, fond, [style](uint16_t entryStyle) { return entryStyle != uint16_t(style); }, false);
 }
 
-void purgeFromFOND(TypeprintResourceFile& rf, Handle fond, const std::set<short>& styles, bool deleteFONTs) {
+void purgeFromFOND(ResourceFile& rf, Resource fond, const std::set<short>& styles, bool deleteFONTs) {
   removeEntries(rf, fond, [&styles](uint16_t entryStyle) { return styles.count(short(entryStyle)) > 0; },
                 deleteFONTs);
 }
 
-void promoteFOND(TypeprintResourceFile& rf, Handle fond, short style) {
-  const ByteSpan family = HandleBytes(fond);
+void promoteFOND(ResourceFile& rf, Resource fond, short style) {
+  const ByteSpan family = dataOf(fond);
   if (family.empty()) return;
   // Always printable ASCII: the style-mapping table's name is cut to those characters.
-  const std::string postScriptName = getPostScriptNameForFOND(fond, style);
-  int16_t id = 0;
+  const std::string postScriptName = getPostScriptNameForFOND(family, style);
   // The name comes from a Pascal string, so it never exceeds a resource name's 255 bytes.
-  if (style != 0 && !postScriptName.empty() && rf.getResInfo(fond, &id, nullptr, nullptr))
-    rf.setResInfo(fond, id, &postScriptName);
+  if (style != 0 && !postScriptName.empty()) rf.setInfo(fond, fond->id, &postScriptName);
 
   BEWriter out(std::vector<uint8_t>(family.begin(), family.end()));
   restyleEntries(family, uint16_t(style), out);
   restyleKerning(family, uint16_t(style), out);
   reduceNameTable(family, postScriptName, out);
-  replaceHandleBytes(fond, out.data());
-  rf.changedResource(fond);
+  rf.replaceData(fond, out.take());
 }
 
 }  // namespace typeprint

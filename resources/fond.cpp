@@ -118,10 +118,9 @@ void GetIndStyleName(ByteSpan table, int n, unsigned char* dst, size_t capacity)
   dst[0] = static_cast<unsigned char>(copied);
 }
 
-void GetPrinterFontNameFromResource(Handle fond, uint16_t style, unsigned char* dst, size_t capacity) {
+void GetPrinterFontNameFromResource(ByteSpan bytes, uint16_t style, unsigned char* dst, size_t capacity) {
   if (capacity == 0) return;
   dst[0] = 0;
-  ByteSpan bytes = HandleBytes(fond);
   if (bytes.size < kFondHeaderSize) return;
   uint64_t styleOffset = fondStyleTableOffset(bytes);
   // An offset of 0 means the family has no style-mapping table.

@@ -25,7 +25,6 @@
 #include <vector>
 
 #include "base/be_reader.h"
-#include "resources/handle.h"
 
 namespace typeprint {
 
@@ -108,6 +107,6 @@ void GetIndStyleName(ByteSpan table, int n, unsigned char* dst, size_t capacity)
 
 // The face's PostScript name built from the family's style-mapping table, as a Pascal string of
 // at most capacity - 1 printable ASCII characters; empty when the family has no usable table.
-void GetPrinterFontNameFromResource(Handle fond, uint16_t style, unsigned char* dst, size_t capacity);
+void GetPrinterFontNameFromResource(ByteSpan fond, uint16_t style, unsigned char* dst, size_t capacity);
 
 }  // namespace typeprint

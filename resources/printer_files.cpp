@@ -20,8 +20,6 @@ constexpr size_t kITCPrefixLength = sizeof kITCPrefix - 1;
 constexpr int kFirstWordQuota = 4;
 constexpr int kLaterWordQuota = 2;
 
-TypeprintResourceFile* asFile(void* rf) { return static_cast<TypeprintResourceFile*>(rf); }
-
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 bool isUpper(char c) { return c >= 'A' && c <= 'Z'; }
 bool isLower(char c) { return c >= 'a' && c <= 'z'; }
@@ -68,12 +66,12 @@ std::string abbreviate(const std::string& name) {
   return result;
 }
 
-UxString folderOf(const TypeprintResourceFile& rf) {
-  return UxFileSystemParser::GetPathDeletingLastPathComponent(rf.file());
+UxString folderOf(const ResourceFile& rf) {
+  return UxFileSystemParser::GetPathDeletingLastPathComponent(rf.path());
 }
 
-UxString ownFileName(const TypeprintResourceFile& rf) {
-  return UxString(UxFileSystemParser::FindFileName(rf.file().c_str()));
+UxString ownFileName(const ResourceFile& rf) {
+  return UxString(UxFileSystemParser::FindFileName(rf.path().c_str()));
 }
 
 // The double-byte family's printer-file name: the PostScript name up to its second hyphen.
@@ -85,10 +83,10 @@ std::optional<std::string> doubleByteCandidate(const std::string& psName) {
   return psName.substr(0, second);
 }
 
-std::optional<std::string> computedPrinterName(Handle fond, short style) {
+std::optional<std::string> computedPrinterName(ByteSpan fond, short style) {
   unsigned char psName[kStr255Capacity];
   GetPrinterFontNameFromResource(fond, uint8_t(style), psName, sizeof psName);
-  if (isDoubleByteFOND(fond) && getStyleOffsetFromFOND(fond) != 0) return doubleByteCandidate(fromPascal(psName));
+  if (fondIsDoubleByte(fond) && fondStyleTableOffset(fond) != 0) return doubleByteCandidate(fromPascal(psName));
   unsigned char fileName[kStr255Capacity];
   GetPostScriptFontFileName(psName, fileName);
   return fromPascal(fileName);
@@ -104,15 +102,15 @@ void GetPostScriptFontFileName(const unsigned char* psName, unsigned char* dst) 
   CopyPascalStringAsciiLimit(abbreviated, dst, kFileNameCapacity);
 }
 
-UxString getPostScriptNameForFOND(Handle fond, short style) {
+UxString getPostScriptNameForFOND(ByteSpan fond, short style) {
   unsigned char psName[kStr255Capacity];
   GetPrinterFontNameFromResource(fond, uint8_t(style), psName, sizeof psName);
   return fromPascal(psName);
 }
 
-UxString getPSPrinterNameForFOND(TypeprintResourceFile& rf, Handle fond, short style) {
+UxString getPSPrinterNameForFOND(ResourceFile& rf, ByteSpan fond, short style) {
   const UxString psName = getPostScriptNameForFOND(fond, style);
-  auto& cache = rf.printerFileFromPostscriptNameDict();
+  auto& cache = rf.printerFileCache();
   auto cached = cache.find(psName);
   if (cached != cache.end()) return cached->second;
 
@@ -130,10 +128,9 @@ UxString getPSPrinterNameForFOND(TypeprintResourceFile& rf, Handle fond, short s
   return result;
 }
 
-std::optional<UxString> getPrinterNameFromFontActivation(TypeprintResourceFile& rf, const UxString& postScriptName) {
-  rf.activate();
+std::optional<UxString> getPrinterNameFromFontActivation(ResourceFile& rf, const UxString& postScriptName) {
   std::optional<UxString> result;
-  for (const FolderPrinterFont& font : rf.activatedFonts()) {
+  for (const FolderPrinterFont& font : rf.folderPrinterFonts()) {
     for (auto level : {GFontToolUtils::kMatchExact, GFontToolUtils::kMatchAlphanumeric,
                        GFontToolUtils::kMatchToSecondHyphen}) {
       if (GFontToolUtils::DoPostScriptNamesMatch(postScriptName, font.postScriptName, level)) {
@@ -145,9 +142,9 @@ std::optional<UxString> getPrinterNameFromFontActivation(TypeprintResourceFile& 
   return result;
 }
 
-std::optional<UxString> CreatePrinterPath(void* rf, Handle fond, short style) {
-  if (!rf || !fond || !shouldHavePrinterFile(fond, style)) return std::nullopt;
-  TypeprintResourceFile& file = *asFile(rf);
+std::optional<UxString> CreatePrinterPath(ResourceFile* rf, ByteSpan fond, short style) {
+  if (!rf || fond.empty() || !shouldHavePrinterFile(fond, style)) return std::nullopt;
+  ResourceFile& file = *rf;
   UxString name = getPSPrinterNameForFOND(file, fond, style);
   if (name.empty()) return std::nullopt;
   std::optional<std::string> found = findPrinterFileInFolder(folderOf(file), name);
@@ -155,13 +152,13 @@ std::optional<UxString> CreatePrinterPath(void* rf, Handle fond, short style) {
   return folderOf(file) + *found;
 }
 
-std::vector<UxString> getPrinterFiles(TypeprintResourceFile& rf) {
+std::vector<UxString> getPrinterFiles(ResourceFile& rf) {
   std::set<std::string> seenNames, needingNames, paths;
   const UxString folder = folderOf(rf);
-  const std::vector<int16_t> familyIDs = rf.getSortedResIDsForType(kTypeFOND);
+  const std::vector<int16_t> familyIDs = rf.sortedIDs(kTypeFOND);
   for (int16_t style : getSortedStyles(rf)) {
     for (int16_t id : familyIDs) {
-      Handle fond = rf.getResourceHandleForType(kTypeFOND, id);
+      const ByteSpan fond = dataOf(rf.find(kTypeFOND, id));
       if (styleExists(style, fond)) {
         const UxString name = getPSPrinterNameForFOND(rf, fond, style);
         const std::string path = folder + name;
@@ -174,16 +171,14 @@ std::vector<UxString> getPrinterFiles(TypeprintResourceFile& rf) {
           seenNames.insert(name);
         }
       }
-      rf.releaseResource(fond);
     }
   }
   return {paths.begin(), paths.end()};
 }
 
-UxString normalizePostScriptName(const UxString& name, Handle fond, bool* isMM) {
+UxString normalizePostScriptName(const UxString& name, Resource fond, bool* isMM) {
   if (!fond || !isMM) return name;
-  std::string s;
-  if (!GetResInfo(fond, nullptr, nullptr, &s)) return name;
+  std::string s = fond->hasName ? fond->name : std::string();
   size_t percentM = s.find("%M");
   if (percentM != std::string::npos) {
     *isMM = true;

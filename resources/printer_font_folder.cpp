@@ -43,11 +43,11 @@ std::string postScriptNameFromHeader(ByteSpan header) {
 
 // The name from POST 501 and 502; a later resource's name replaces an earlier one.
 std::string postScriptNameFromPOST(const std::string& path) {
-  auto printer = TypeprintResourceFile::initWithFile(path, true);
-  if (!printer || printer->countResType(kTypePOST) == 0) return {};
+  auto printer = ResourceFile::open(path, true);
+  if (!printer || !printer->hasPrinterResources()) return {};
   std::string name;
-  walkPrinterFileHeader(*printer, [&](Handle h) {
-    std::string found = postScriptNameFromHeader(HandleBytes(h));
+  walkPrinterFileHeader(*printer, [&](ByteSpan header) {
+    std::string found = postScriptNameFromHeader(header);
     if (!found.empty()) name = found;
   });
   return name;

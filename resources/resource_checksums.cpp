@@ -21,8 +21,7 @@ constexpr size_t kKernPairSize = 4;
 // test the same place again; the walk is bounded by the entry count all the same. A negative
 // pair count steps back; a step before the start of the family ends the walk.
 template <typename Visit>
-void walkKerningEntries(Handle fond, short style, Visit visit) {
-  ByteSpan bytes = HandleBytes(fond);
+void walkKerningEntries(ByteSpan bytes, short style, Visit visit) {
   if (bytes.size < kFondHeaderSize) return;
   const uint64_t offset = fondTableOffset(bytes, kFondKerningTableOffsetField);
   if (offset == 0 || offset > bytes.size || bytes.size - offset < 2) return;
@@ -53,37 +52,33 @@ uint32_t byteSum(uint32_t sum, ByteSpan bytes) {
 
 }  // namespace
 
-uint32_t GetBastionChecksum(Handle fond, short style) {
+uint32_t GetBastionChecksum(ByteSpan fond, short style) {
   uint32_t sum = 0;
   walkKerningEntries(fond, style, [&](ByteSpan header, ByteSpan pairs) { sum = byteSum(byteSum(sum, header), pairs); });
   return sum;
 }
 
-uint32_t ChecksumPrinterFile(void* rf, Handle fond, short style, uint32_t crc) {
+uint32_t ChecksumPrinterFile(ResourceFile* rf, ByteSpan fond, short style, uint32_t crc) {
   std::optional<UxString> path = CreatePrinterPath(rf, fond, style);
   if (!path) return crc;
-  auto printer = TypeprintResourceFile::initWithFile(*path, true);
+  auto printer = ResourceFile::open(*path, true);
   if (!printer) {
     uint32_t fileCrc = crc;
     return CChecksum::CalculateFileChecksum(*path, &fileCrc, nullptr) ? fileCrc : crc;
   }
   for (int id = kFirstPOSTResourceID; id <= INT16_MAX; ++id) {
-    Handle h = printer->getResourceHandleForType(kTypePOST, int16_t(id));
-    if (GetHandleSize(h) == 0) break;
-    crc = CChecksum::icrc(HandleBytes(h), crc);
-    printer->releaseResource(h);
+    ByteSpan post = dataOf(printer->find(kTypePOST, int16_t(id)));
+    if (post.empty()) break;
+    crc = CChecksum::icrc(post, crc);
   }
   return crc;
 }
 
-uint32_t ChecksumNFNTsfntFONT(void* rf, Handle fond, short style, uint32_t crc) {
-  if (GetHandleSize(fond) == 0) return crc;
-  const std::vector<int16_t> ids = getSortedResIDsForStyle(rf, fond, style);
+uint32_t ChecksumNFNTsfntFONT(const ResourceFile* rf, ByteSpan fond, short style, uint32_t crc) {
+  if (!rf || fond.empty()) return crc;
+  const std::vector<int16_t> ids = getSortedResIDsForStyle(fond, style);
   const auto continueOver = [&](uint32_t type, int16_t id) {
-    Handle h = getHandleOfTypeAndResID(rf, type, id);
-    if (!h) return;
-    crc = CChecksum::icrc(HandleBytes(h), crc);
-    ReleaseResource(h);
+    if (Resource r = rf->find(type, id)) crc = CChecksum::icrc(r->data(), crc);
   };
   for (int16_t id : ids) continueOver(kTypeSfnt, id);
   // Tested for 0, not for "nothing added": a CRC that arrives non-zero skips the bitmaps.
@@ -95,7 +90,7 @@ uint32_t ChecksumNFNTsfntFONT(void* rf, Handle fond, short style, uint32_t crc) 
   return crc;
 }
 
-uint32_t GetLanternChecksum(const UxString& path, void* rf, Handle fond, short style, bool useDataFork,
+uint32_t GetLanternChecksum(const UxString& path, ResourceFile* rf, ByteSpan fond, short style, bool useDataFork,
                             uint32_t& chained, const FileForks* openedForks) {
   chained = 0;
   uint32_t kerning = 0;

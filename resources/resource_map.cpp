@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/be_writer.h"
+#include "base/diagnostics.h"
 
 namespace typeprint {
 namespace {
@@ -17,6 +18,7 @@ constexpr uint16_t kNoName = 0xFFFF;
 constexpr uint16_t kMapChanged = 0x20;
 constexpr uint32_t kMaxDataOffset = 0xFFFFFF;
 constexpr uint32_t kMaxMapOffset = 0xFFFF;
+constexpr const char* kTopic = "resource map";
 
 struct Span {
   size_t begin, end;
@@ -55,10 +57,17 @@ std::optional<ResourceMap> ResourceMap::read(ByteSpan fork) {
   // Fork header: offset of the data, offset of the map, length of the data, length of the map.
   BEReader r(fork);
   uint32_t dataOffset = r.u32(), mapOffset = r.u32(), dataLength = r.u32(), mapLength = r.u32();
-  if (!r.ok()) return std::nullopt;
+  if (!r.ok()) return TP_REFUSE(kTopic, 0, "fork of %zu bytes is shorter than its 16-byte header", fork.size);
   BEReader data = r.at(dataOffset, dataLength);
   BEReader map = r.at(mapOffset, mapLength);
-  if (!data.ok() || !map.ok() || mapLength < kMapHeaderSize + 2) return std::nullopt;
+  if (!data.ok())
+    return TP_REFUSE(kTopic, 0, "resource data at 0x%X, 0x%X bytes, runs past the fork's 0x%zX bytes", dataOffset,
+                     dataLength, fork.size);
+  if (!map.ok())
+    return TP_REFUSE(kTopic, 4, "map at 0x%X, 0x%X bytes, runs past the fork's 0x%zX bytes", mapOffset, mapLength,
+                     fork.size);
+  if (mapLength < kMapHeaderSize + 2)
+    return TP_REFUSE(kTopic, 12, "map length %u is shorter than a map header", mapLength);
 
   // Map header: a copy of the fork header (or zeros; never trusted), a handle and a file
   // reference (memory only), the attributes, and the type-list and name-list offsets from the
@@ -70,7 +79,7 @@ std::optional<ResourceMap> ResourceMap::read(ByteSpan fork) {
   result.mapAttributes_ = map.u16();
   uint16_t typeListOffset = map.u16();
   uint16_t nameListOffset = map.u16();
-  if (!map.ok()) return std::nullopt;
+  if (!map.ok()) return TP_REFUSE(kTopic, mapOffset, "map header cut short");
 
   if (dataOffset >= kDataStart) {
     ByteSpan reserved = fork.sub(kForkHeaderSize, kDataStart - kForkHeaderSize);
@@ -85,7 +94,10 @@ bool ResourceMap::readTypes(BEReader map, BEReader data, BEReader names, size_t 
   // offset of its reference list from the start of the type list.
   BEReader typeList = map.from(typeListOffset);
   int32_t typeCount = int32_t(typeList.s16()) + 1;
-  if (!typeList.ok() || typeCount < 0 || size_t(typeCount) > typeList.remaining() / kTypeEntrySize) return false;
+  if (!typeList.ok()) return TP_REFUSE(kTopic, typeListOffset, "type list offset 0x%zX lies beyond the map", typeListOffset);
+  if (typeCount < 0 || size_t(typeCount) > typeList.remaining() / kTypeEntrySize)
+    return TP_REFUSE(kTopic, typeListOffset, "type list count %d exceeds the map's %zu remaining bytes", typeCount,
+                     typeList.remaining());
 
   std::vector<Span> lists{{typeListOffset, typeListOffset + 2 + kTypeEntrySize * size_t(typeCount)}};
   types_.reserve(size_t(typeCount));
@@ -96,7 +108,10 @@ bool ResourceMap::readTypes(BEReader map, BEReader data, BEReader names, size_t 
     // Reference: ID (signed), name offset from the name list (0xFFFF: none), attributes,
     // 24-bit offset of the length word from the start of the data, 4 bytes of handle.
     BEReader refs = typeList.at(refOffset, kReferenceSize * refCount);
-    if (!typeList.ok() || !refs.ok()) return false;
+    if (!typeList.ok()) return TP_REFUSE(kTopic, typeListOffset, "type list of %d types cut short", typeCount);
+    if (!refs.ok())
+      return TP_REFUSE(kTopic, typeListOffset + refOffset, "reference list of %zu resources at type-list offset 0x%X runs past the map",
+                       refCount, refOffset);
     lists.push_back({typeListOffset + refOffset, typeListOffset + refOffset + kReferenceSize * refCount});
     if (group(type)) continue;  // a second list for the same type is never reached by a lookup
 
@@ -111,7 +126,11 @@ bool ResourceMap::readTypes(BEReader map, BEReader data, BEReader names, size_t 
       uint32_t offset = refs.u24();
       refs.skip(4);
       auto bytes = readResourceData(data, offset);
-      if (!bytes) continue;  // damaged resource: left out
+      if (!bytes) {  // damaged resource: left out
+        TP_NOTE(kTopic, "resource %d of type %08X left out: its data at 0x%X lies outside the data area", entry->id,
+                type, offset);
+        continue;
+      }
       entry->stored_ = *bytes;
       if (nameOffset != kNoName) {
         auto name = readName(names, nameOffset);
@@ -123,7 +142,8 @@ bool ResourceMap::readTypes(BEReader map, BEReader data, BEReader names, size_t 
     }
     if (!g.entries.empty()) types_.push_back(std::move(g));
   }
-  return !listsOverlap(std::move(lists));
+  if (listsOverlap(std::move(lists))) return TP_REFUSE_WHOLE(kTopic, "reference lists overlap each other or the type list");
+  return true;
 }
 
 const ResourceMap::TypeGroup* ResourceMap::group(uint32_t type) const {
@@ -156,18 +176,32 @@ ResourceEntry* ResourceMap::find(uint32_t type, int16_t id) const {
   return nullptr;
 }
 
-void ResourceMap::setData(ResourceEntry* entry, std::vector<uint8_t> bytes) {
-  entry->replaced_ = std::make_shared<const std::vector<uint8_t>>(std::move(bytes));
-  changed_ = true;
+ResourceEntry* ResourceMap::own(const ResourceEntry* entry) {
+  if (!entry) return nullptr;
+  for (TypeGroup& g : types_)
+    for (auto& e : g.entries)
+      if (e.get() == entry) return e.get();
+  return nullptr;
 }
 
-void ResourceMap::setInfo(ResourceEntry* entry, int16_t id, const std::string* name) {
-  entry->id = id;
+bool ResourceMap::setData(const ResourceEntry* entry, std::vector<uint8_t> bytes) {
+  ResourceEntry* mine = own(entry);
+  if (!mine) return false;
+  mine->replaced_ = std::make_shared<const std::vector<uint8_t>>(std::move(bytes));
+  changed_ = true;
+  return true;
+}
+
+bool ResourceMap::setInfo(const ResourceEntry* entry, int16_t id, const std::string* name) {
+  ResourceEntry* mine = own(entry);
+  if (!mine) return false;
+  mine->id = id;
   if (name) {
-    entry->hasName = true;
-    entry->name = name->substr(0, 255);
+    mine->hasName = true;
+    mine->name = name->substr(0, 255);
   }
   changed_ = true;
+  return true;
 }
 
 bool ResourceMap::remove(const ResourceEntry* entry) {

@@ -20,6 +20,8 @@ namespace typeprint {
 // Reference attributes that matter to the library.
 constexpr uint8_t kResChanged = 0x02;  // memory only, never written
 
+// One resource of a map. Its bytes are a view into the fork the map was read from, or, once
+// replaced, a buffer the entry owns.
 struct ResourceEntry {
   uint32_t type = 0;
   int16_t id = 0;
@@ -36,6 +38,9 @@ struct ResourceEntry {
   std::shared_ptr<const std::vector<uint8_t>> replaced_;
 };
 
+// The bytes of a resource that may be absent: empty for null.
+inline ByteSpan dataOf(const ResourceEntry* entry) { return entry ? entry->data() : ByteSpan(); }
+
 class ResourceMap {
  public:
   // Reads the fork (which must outlive the map); nothing when it holds no usable map.
@@ -49,10 +54,11 @@ class ResourceMap {
   ResourceEntry* indexed(uint32_t type, int index) const;
   ResourceEntry* find(uint32_t type, int16_t id) const;
 
-  // Edits. Entries keep their addresses until they are removed.
-  void setData(ResourceEntry* entry, std::vector<uint8_t> bytes);
+  // Edits. Entries keep their addresses until they are removed. Each is false for an entry that
+  // is not this map's.
+  bool setData(const ResourceEntry* entry, std::vector<uint8_t> bytes);
   // New ID, and a new name unless `name` is null; a name is cut to 255 bytes.
-  void setInfo(ResourceEntry* entry, int16_t id, const std::string* name);
+  bool setInfo(const ResourceEntry* entry, int16_t id, const std::string* name);
   // Removes the entry (and its type when it was the last of it); false when it is not here.
   bool remove(const ResourceEntry* entry);
   // Adds a resource at the end of its type's list, the type at the end of the type list.
@@ -70,6 +76,7 @@ class ResourceMap {
     std::vector<std::unique_ptr<ResourceEntry>> entries;
   };
   const TypeGroup* group(uint32_t type) const;
+  ResourceEntry* own(const ResourceEntry* entry);
   bool readTypes(BEReader map, BEReader data, BEReader names, size_t typeListOffset);
 
   std::vector<TypeGroup> types_;

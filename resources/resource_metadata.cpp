@@ -4,6 +4,7 @@
 
 #include "analysis/name_table.h"
 #include "analysis/type1_header.h"
+#include "base/diagnostics.h"
 #include "foundation/file_location.h"
 #include "foundation/file_system.h"
 #include "resources/families.h"
@@ -20,8 +21,6 @@ constexpr char kKindCID[] = "CID";
 constexpr char kKindOCF[] = "OCF";
 // Prefix of the resource names of multiple-master families.
 constexpr char kMMPrefix[] = "%M";
-
-TypeprintResourceFile* asFile(void* rf) { return static_cast<TypeprintResourceFile*>(rf); }
 
 // The header reader's outputs, passed along together.
 struct HeaderOutputs {
@@ -62,28 +61,26 @@ bool hasMMFamilyName(const std::string& name) {
 
 // A double-byte family whose outline for the face is a Type 1 resource (or whose name says so) is
 // CID; one with some other outline is neither; one with no outline for the face is OCF.
-void markDoubleByteFace(TypeprintResourceFile& rf, Handle fond, short style, const std::string& name,
+void markDoubleByteFace(const ResourceFile& rf, Resource fond, short style, const std::string& name,
                         FaceMarks* marks) {
-  marks->isDoubleByte = isDoubleByteFOND(fond);
+  marks->isDoubleByte = fondIsDoubleByte(fond->data());
   if (!marks->isDoubleByte) return;
-  for (const FondEntry& entry : fondEntries(HandleBytes(fond))) {
+  for (const FondEntry& entry : fondEntries(fond->data())) {
     if (entry.style != uint16_t(style) || !entry.isOutline()) continue;
-    Handle sfnt = rf.getResourceHandleForType(kTypeSfnt, entry.resID);
-    if (sfnt) {
-      BEReader r(HandleBytes(sfnt));
+    if (Resource sfnt = rf.find(kTypeSfnt, entry.resID)) {
+      BEReader r(sfnt->data());
       uint32_t first = r.u32();
       marks->isCID = (r.ok() && first == kTyp1Tag) || startsWith(name, "A-CID") || endsWith(name, "CID-B");
       marks->isDoubleByte = false;
-      rf.releaseResource(sfnt);
     }
     return;
   }
 }
 
-FaceMarks faceMarks(TypeprintResourceFile& rf, Handle fond, short style) {
+FaceMarks faceMarks(const ResourceFile& rf, Resource fond, short style) {
   FaceMarks marks;
-  std::string name;
-  if (GetResInfo(fond, nullptr, nullptr, &name) && hasMMFamilyName(name)) marks.isMM = true;
+  const std::string name = fond->hasName ? fond->name : std::string();
+  if (hasMMFamilyName(name)) marks.isMM = true;
   else markDoubleByteFace(rf, fond, style, name, &marks);
   return marks;
 }
@@ -97,27 +94,32 @@ void asUTF8(UxString* s) {
 }
 
 // Opens the face's printer file beside `path` and reads its header resources.
-long readPrinterFile(TypeprintResourceFile& rf, const UxString& path, Handle fond, short style,
-                     UxString* printerFilePath, const HeaderOutputs& out) {
-  UxString name = getPSPrinterNameForFOND(rf, fond, style);
-  if (name.empty()) return kPSMetaDataNoPrinterFile;
+PSHeaderOutcome readPrinterFile(ResourceFile& rf, const UxString& path, Resource fond, short style,
+                                UxString* printerFilePath, const HeaderOutputs& out) {
+  UxString name = getPSPrinterNameForFOND(rf, fond->data(), style);
+  if (name.empty()) {
+    TP_NOTE("printer file", "style %d: the family gives no PostScript name to look for", int(style));
+    return PSHeaderOutcome::NoPrinterFile;
+  }
   UxString printerPath = UxFileSystemParser::GetPathDeletingLastPathComponent(path) + name;
   if (printerFilePath) *printerFilePath = printerPath;
-  auto printer = TypeprintResourceFile::initWithFile(printerPath, true);
-  if (!printer) return kPSMetaDataNoPrinterFile;
-  bool read = walkPrinterFileHeader(*printer, [&](Handle h) {
-    GatherMetaDataFromHandle(h, out.kind, out.foundry, out.family, out.version, out.postScriptName, out.styledName,
+  auto printer = ResourceFile::open(printerPath, true);
+  TP_NOTE("printer file", "style %d: looked for %s: %s", int(style), printerPath.c_str(),
+          printer ? "found" : "missing or without resources");
+  if (!printer) return PSHeaderOutcome::NoPrinterFile;
+  bool read = walkPrinterFileHeader(*printer, [&](ByteSpan header) {
+    GatherMetaDataFromResource(header, out.kind, out.foundry, out.family, out.version, out.postScriptName, out.styledName,
                              out.fullName);
     asUTF8(out.styledName);
     asUTF8(out.fullName);
     asUTF8(out.postScriptName);
   });
-  return read ? kPSMetaDataRead : kPSMetaDataNothingToDo;
+  return read ? PSHeaderOutcome::Read : PSHeaderOutcome::NothingToDo;
 }
 
 // The menu name is the family's own name; a multiple-master family's is cut to the part between
 // "%M" and the first "_".
-void styledNameFromFamily(TypeprintResourceFile& rf, Handle fond, bool isMM, UxString* styledName) {
+void styledNameFromFamily(const ResourceFile& rf, Resource fond, bool isMM, UxString* styledName) {
   if (!styledName || !fond) return;
   std::string name = getResourceNameFromFOND(rf, fond);
   if (name.empty()) return;
@@ -132,48 +134,45 @@ void styledNameFromFamily(TypeprintResourceFile& rf, Handle fond, bool isMM, UxS
 
 }  // namespace
 
-void GatherMetaDataFromHandle(Handle handle, UxString* kind, UxString* foundry, UxString* family, UxString* version,
-                              UxString* postScriptName, UxString* styledName, UxString* fullName) {
-  if (GetHandleSize(handle) == 0) return;
-  gather(HandleBytes(handle), {kind, foundry, family, version, postScriptName, styledName, fullName});
+void GatherMetaDataFromResource(ByteSpan resource, UxString* kind, UxString* foundry, UxString* family,
+                                UxString* version, UxString* postScriptName, UxString* styledName,
+                                UxString* fullName) {
+  if (resource.empty()) return;
+  gather(resource, {kind, foundry, family, version, postScriptName, styledName, fullName});
 }
 
-bool walkPrinterFileHeader(TypeprintResourceFile& printer, const std::function<void(Handle)>& read) {
+bool walkPrinterFileHeader(const ResourceFile& printer, const std::function<void(ByteSpan)>& read) {
   bool any = false;
   // Resources past 502 are never read, so the walk ends there.
   for (int16_t id = kFirstPOSTResourceID; id <= kLastPOSTHeaderResourceID; ++id) {
-    Handle h = printer.getResourceHandleForType(kTypePOST, id);
-    size_t size = GetHandleSize(h);
-    const bool ends = size == 0 || (size == kFullPOSTSegmentSize && id != kFirstPOSTResourceID);
-    if (!ends) {
-      read(h);
-      any = true;
-    }
-    printer.releaseResource(h);
-    if (ends) break;
+    const ByteSpan post = dataOf(printer.find(kTypePOST, id));
+    if (post.empty() || (post.size == kFullPOSTSegmentSize && id != kFirstPOSTResourceID)) break;
+    read(post);
+    any = true;
   }
   return any;
 }
 
-long CollectPSMetaDataMac(void* rf, const UxString& path, Handle fond, short style, UxString* printerFilePath,
-                          UxString* kind, UxString* foundry, UxString* family, UxString* version,
-                          UxString* postScriptName, UxString* styledName, UxString* fullName) {
-  if (!rf) return kPSMetaDataNothingToDo;
-  TypeprintResourceFile& file = *asFile(rf);
+PSHeaderOutcome CollectPSMetaDataMac(ResourceFile* rf, const UxString& path, Resource fond, short style,
+                                     UxString* printerFilePath, UxString* kind, UxString* foundry, UxString* family,
+                                     UxString* version, UxString* postScriptName, UxString* styledName,
+                                     UxString* fullName) {
+  if (!rf) return PSHeaderOutcome::NothingToDo;
+  ResourceFile& file = *rf;
   const HeaderOutputs out{kind, foundry, family, version, postScriptName, styledName, fullName};
-  long status = kPSMetaDataNothingToDo;
+  PSHeaderOutcome status = PSHeaderOutcome::NothingToDo;
   FaceMarks marks;
-  if (GetHandleSize(fond) > 0) {
+  if (!dataOf(fond).empty()) {
     marks = faceMarks(file, fond, style);
-    if (shouldHavePrinterFile(fond, style)) {
+    if (shouldHavePrinterFile(fond->data(), style)) {
       status = readPrinterFile(file, path, fond, style, printerFilePath, out);
       if (postScriptName && postScriptName->empty())
-        *postScriptName = normalizePostScriptName(getPostScriptNameForFOND(fond, style), fond, &marks.isMM);
+        *postScriptName = normalizePostScriptName(getPostScriptNameForFOND(fond->data(), style), fond, &marks.isMM);
     }
   }
   styledNameFromFamily(file, fond, marks.isMM, styledName);
-  if (status == kPSMetaDataRead) {
-    if (family && family->empty()) *family = UxFileSystemParser::FindFileName(file.file().c_str());
+  if (status == PSHeaderOutcome::Read) {
+    if (family && family->empty()) *family = UxFileSystemParser::FindFileName(file.path().c_str());
     if (postScriptName && !postScriptName->empty()) StripIllegalCharsInPostScriptName(*postScriptName);
   }
   if (kind) {
@@ -184,37 +183,22 @@ long CollectPSMetaDataMac(void* rf, const UxString& path, Handle fond, short sty
   return status;
 }
 
-long CollectPSMetaDataFromFile(const UxString&, UxString* printerFilePath, UxString* kind, UxString* foundry,
-                               UxString* family, UxString* version, UxString* postScriptName, UxString* styledName,
-                               UxString* fullName) {
+PSHeaderOutcome CollectPSMetaDataFromFile(const UxString&, UxString* printerFilePath, UxString* kind,
+                                          UxString* foundry, UxString* family, UxString* version,
+                                          UxString* postScriptName, UxString* styledName, UxString* fullName) {
   const UxString path = printerFilePath ? *printerFilePath : UxString();
-  if (path.empty()) return kPSMetaDataNothingToDo;
-  long status = kPSMetaDataNoPrinterFile;
+  if (path.empty()) return PSHeaderOutcome::NothingToDo;
+  PSHeaderOutcome status = PSHeaderOutcome::NoPrinterFile;
   std::optional<FileForks> forks;
   if (OSPathExists(path)) forks = openForks(path);
   if (forks) {
     ByteSpan fork = forks->dataFork;
     ByteSpan header = fork.sub(0, std::min(fork.size, kPrinterFileHeaderBytes));
     if (!header.empty()) gather(header, {kind, foundry, family, version, postScriptName, styledName, fullName});
-    status = kPSMetaDataRead;
+    status = PSHeaderOutcome::Read;
   }
   *printerFilePath = path;
   return status;
-}
-
-long Collect_sfnt_MetaDataFromPrinterInfo(void* rf, Handle fond, short style, UxString* kind, UxString* foundry,
-                                          UxString* family, UxString* version, UxString* postScriptName,
-                                          UxString* styledName, UxString* fullName) {
-  if (!rf) return kPSMetaDataNothingToDo;
-  TypeprintResourceFile& file = *asFile(rf);
-  for (int16_t id : getSortedNFNTsForFOND(fond, style)) {
-    Handle sfnt = file.getResourceHandleForType(kTypeSfnt, id);
-    if (!sfnt) continue;
-    GatherMetaDataFromHandle(sfnt, kind, foundry, family, version, postScriptName, styledName, fullName);
-    file.releaseResource(sfnt);
-    return kPSMetaDataRead;
-  }
-  return kPSMetaDataNothingToDo;
 }
 
 }  // namespace typeprint

@@ -8,16 +8,16 @@
 #include <functional>
 
 #include "foundation/ux_string.h"
-#include "resources/handle.h"
+#include "resources/resource_file.h"
 
 namespace typeprint {
 
-class TypeprintResourceFile;
-
-// Status values of the collectors.
-constexpr long kPSMetaDataRead = 0;
-constexpr long kPSMetaDataNoPrinterFile = 6;
-constexpr long kPSMetaDataNothingToDo = -1;
+// What a collector found.
+enum class PSHeaderOutcome {
+  Read,           // a header was read
+  NoPrinterFile,  // the printer file is unnamed, missing or cannot be opened
+  NothingToDo,    // no file, no family, outline in the file, or no usable header resource
+};
 
 // POST resources of a printer-font file start at this ID; only the first two hold header text.
 constexpr int16_t kFirstPOSTResourceID = 501;
@@ -28,33 +28,26 @@ constexpr size_t kFullPOSTSegmentSize = 2048;
 constexpr size_t kPrinterFileHeaderBytes = 6000;
 
 // Runs the PostScript header reader over one resource (its two leading segment bytes included;
-// zero bytes read as "_"). Nothing for a null or empty handle. Any output may be null.
-void GatherMetaDataFromHandle(Handle handle, UxString* kind, UxString* foundry, UxString* family, UxString* version,
+// zero bytes read as "_"). Nothing for empty bytes. Any output may be null.
+void GatherMetaDataFromResource(ByteSpan resource, UxString* kind, UxString* foundry, UxString* family, UxString* version,
                               UxString* postScriptName, UxString* styledName, UxString* fullName);
 
 // Walks the POST resources of a printer-font file from 501 up, stopping at one that is absent,
 // empty, or a full 2048-byte segment other than 501, and passes 501 and 502 to `read`. True when
 // `read` was called.
-bool walkPrinterFileHeader(TypeprintResourceFile& printer, const std::function<void(Handle)>& read);
+bool walkPrinterFileHeader(const ResourceFile& printer, const std::function<void(ByteSpan)>& read);
 
 // The face's names from the POST resources of its printer-font file, completed from the family.
-// 0 header read, 6 printer file unnamed or unopenable, -1 nothing to do (no object, no family,
-// outline in the file, no usable POST resource).
-long CollectPSMetaDataMac(void* rf, const UxString& path, Handle fond, short style, UxString* printerFilePath,
+PSHeaderOutcome CollectPSMetaDataMac(ResourceFile* rf, const UxString& path, Resource fond, short style,
+                                     UxString* printerFilePath,
                           UxString* kind, UxString* foundry, UxString* family, UxString* version,
                           UxString* postScriptName, UxString* styledName, UxString* fullName);
 
 // The names from the first 6000 bytes of the data fork of the file named by *printerFilePath
-// (`path` is not used). 0 read (even when the fork is empty), 6 missing or unopenable, -1 no
+// (`path` is not used): Read even when the fork is empty, NothingToDo without a printer file
 // path. The path is written back into *printerFilePath.
-long CollectPSMetaDataFromFile(const UxString& path, UxString* printerFilePath, UxString* kind, UxString* foundry,
+PSHeaderOutcome CollectPSMetaDataFromFile(const UxString& path, UxString* printerFilePath, UxString* kind, UxString* foundry,
                                UxString* family, UxString* version, UxString* postScriptName, UxString* styledName,
                                UxString* fullName);
-
-// The names from the face's first `sfnt` resource (ascending ID) read as a PostScript header.
-// 0 when one was read, -1 otherwise (also for a null object).
-long Collect_sfnt_MetaDataFromPrinterInfo(void* rf, Handle fond, short style, UxString* kind, UxString* foundry,
-                                          UxString* family, UxString* version, UxString* postScriptName,
-                                          UxString* styledName, UxString* fullName);
 
 }  // namespace typeprint

@@ -45,11 +45,8 @@ LibraryVerdict libraryVerdict(const std::string& path) {
   if (!forks) return damaged;
   // A resource file is a font of its own when it holds families or outlines; a printer file
   // (POST resources only) is read through the suitcase that names it.
-  if (void* rf = AllocateResourceFileFromForks(path.c_str(), *forks, true)) {
-    const bool suitcase = FileHasFONDsInResourceFork(rf) || countResType(rf, kTypeSfnt) > 0;
-    FreeResourceFile(rf);
-    return suitcase ? damaged : notAFont;
-  }
+  if (auto rf = ResourceFile::open(path, *forks, true))
+    return rf->hasFamilies() || rf->count(kTypeSfnt) > 0 ? damaged : notAFont;
   BEReader r(forks->dataFork);
   const uint32_t magic = r.u32();
   const bool sfnt = magic == 0x00010000 || magic == tag("OTTO") || magic == tag("true") || magic == tag("ttcf");

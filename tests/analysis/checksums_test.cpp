@@ -37,7 +37,8 @@ uint32_t referenceWordSum(uint32_t sum, const uint8_t* bytes, size_t size) {
 }
 
 TEST(Checksums, WordSumMatchesThePlainSumAtEveryLengthAndAlignment) {
-  EXPECT_EQ(ChecksumLongAlignedData(2, ByteSpan(Bytes{0xFF, 0xFF, 0xFF, 0xFF, 0, 0, 0, 1, 0xAB})), 0xAB000002u);
+  const Bytes words{0xFF, 0xFF, 0xFF, 0xFF, 0, 0, 0, 1, 0xAB};
+  EXPECT_EQ(ChecksumLongAlignedData(2, words), 0xAB000002u);
   std::mt19937 random(77);
   Bytes noise(4200), ones(4200, 0xFF);
   for (uint8_t& b : noise) b = uint8_t(random());

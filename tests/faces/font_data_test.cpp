@@ -42,9 +42,9 @@ TEST(FontData, DecidesTheKindFromExtensionThenFirstBytes) {
 std::string collect(const std::string& path, bool everything, const FileForks* forks = nullptr) {
   UxString s[10];
   uint32_t kerning = 0;
-  long status = CollectMetaData(nullptr, path, nullptr, 0, &s[0], &s[1], &s[2], &s[3], &s[4], &s[5], &s[6], &s[7],
-                                &s[8], &s[9], &kerning, forks);
-  std::string all = std::to_string(status);
+  const FaceOutcome outcome = CollectMetaData(nullptr, path, nullptr, 0, &s[0], &s[1], &s[2], &s[3], &s[4], &s[5],
+                                              &s[6], &s[7], &s[8], &s[9], &kerning, forks);
+  std::string all = outcome == FaceOutcome::Read ? "read" : outcome == FaceOutcome::NoNames ? "no names" : "other";
   for (int i = 0; i < (everything ? 10 : 3); ++i) all += "|" + s[i];
   return everything ? all + "|" + std::to_string(kerning) : all;
 }
@@ -67,7 +67,7 @@ TEST(FontData, CollectsMetadataAndChecksumsOfRealFonts) {
   };
   for (const auto& row : rows) {
     if (test::readFile(row.path).empty()) continue;  // a Debian font that is not installed
-    EXPECT_EQ(collect(row.path, true), "0||" + row.kind + "|crossplatform|" + row.names + "|" + std::to_string(row.kerning));
+    EXPECT_EQ(collect(row.path, true), "read||" + row.kind + "|crossplatform|" + row.names + "|" + std::to_string(row.kerning));
     uint32_t crc = 0, dataFork = 0;
     EXPECT_TRUE(CChecksum::CalculateFileChecksum(row.path, &crc, &dataFork)) << row.path;
     EXPECT_EQ(std::make_pair(crc, dataFork), std::make_pair(row.crc, row.crc)) << row.path;
@@ -86,8 +86,8 @@ TEST(FontData, CollectStatuses) {
   test::writeFile(dir.file("nonames.ttf"), std::string(noNames.begin(), noNames.end()));
   // A collection named so loads no data; PostScript without a printer file is read as an sfnt, which fails.
   const struct { const char* file; const char* status; } rows[] = {
-      {"missing.ttf", "3||TrueType|mac"}, {"nonames.ttf", "3||TrueType|mac"},
-      {"faces.ttc", "3||TrueType Collection|mac"}, {"font.ps", "3||PostScript|mac"}};
+      {"missing.ttf", "no names||TrueType|mac"}, {"nonames.ttf", "no names||TrueType|mac"},
+      {"faces.ttc", "no names||TrueType Collection|mac"}, {"font.ps", "no names||PostScript|mac"}};
   for (const auto& row : rows) EXPECT_EQ(collect(dir.file(row.file), false), row.status) << row.file;
 }
 

@@ -134,7 +134,8 @@ TEST(HostileFiles, EveryFailingWriteStepIsReportedWithItsReason) {
     gFailingStep = row.step;
     gFailingErrno = row.error;
     setWriteFaultForTesting([](WriteStep step, const std::string&) { return step == gFailingStep ? gFailingErrno : 0; });
-    const WriteResult result = replaceFileAtomically(dir.file("font"), test::bytesOf("new"));
+    const test::Bytes fresh = test::bytesOf("new");
+    const WriteResult result = replaceFileAtomically(dir.file("font"), fresh);
     setWriteFaultForTesting(nullptr);
     EXPECT_FALSE(result);
     EXPECT_EQ(result.failedAt, row.step);
@@ -167,7 +168,8 @@ TEST(HostileFiles, ReplacingKeepsLinksOwnerAndGroup) {
   fs::create_hard_link(target, dir.file("hard"));
   for (const char* name : {"relative", "absolute to a link"}) {
     SCOPED_TRACE(name);
-    ASSERT_TRUE(replaceFileAtomically(dir.file(name), test::bytesOf(name)));
+    const test::Bytes contents = test::bytesOf(name);
+    ASSERT_TRUE(replaceFileAtomically(dir.file(name), contents));
     EXPECT_TRUE(fs::is_symlink(dir.file(name)));
     EXPECT_EQ(test::readFile(target), name);
     const struct stat st = statOf(target);
@@ -227,7 +229,8 @@ TEST(HostileFiles, LongNamesAndPathsAreWrittenAndRead) {
     SCOPED_TRACE(row.what);
     ASSERT_GT(row.path.size(), 255u);
     for (const char* contents : {"first", "second"}) {
-      ASSERT_TRUE(replaceFileAtomically(row.path, test::bytesOf(contents))) << replaceFileAtomically(row.path, {}).reason();
+      const test::Bytes bytes = test::bytesOf(contents);
+      ASSERT_TRUE(replaceFileAtomically(row.path, bytes)) << replaceFileAtomically(row.path, {}).reason();
       std::shared_ptr<const MappedFile> file = MappedFile::open(row.path);
       ASSERT_TRUE(file);
       EXPECT_EQ(std::string(file->bytes().begin(), file->bytes().end()), contents);

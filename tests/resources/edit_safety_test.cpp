@@ -29,7 +29,7 @@ TEST(EditSafety, FilesWithoutAMapAreRefusedAndLeftAlone) {
     fs::copy_file(row.source, path);
     const std::string before = test::readFile(path);
     ResourceOpenFailure why = ResourceOpenFailure::None;
-    EXPECT_FALSE(TypeprintResourceFile::initWithFile(path, false, &why));
+    EXPECT_FALSE(ResourceFile::open(path, false, &why));
     EXPECT_EQ(why, ResourceOpenFailure::NoResourceMap);
     EXPECT_EQ(test::readFile(path), before);
   }
@@ -49,9 +49,9 @@ TEST(EditSafety, AFailedWriteIsNeverAppliedLater) {
     gFailuresLeft = 1;
     setWriteFaultForTesting([](WriteStep step, const std::string&) { return step == WriteStep::Write && gFailuresLeft-- > 0 ? ENOSPC : 0; });
     {
-      auto rf = TypeprintResourceFile::initWithFile(path, false);
+      auto rf = ResourceFile::open(path, false);
       EXPECT_TRUE(rf && purgeAllButOfType(*rf, {}, row.purged));
-      EXPECT_FALSE(rf && rf->updateResFile());
+      EXPECT_FALSE(rf && rf->update());
       EXPECT_EQ(rf ? rf->lastWrite().reason() : "", "cannot write the file: No space left on device");
     }
     setWriteFaultForTesting(nullptr);
@@ -66,21 +66,21 @@ TEST(EditSafety, ASecondEditOfAFileIsRefusedWhileTheFirstHoldsIt) {
   const std::string path = test::copyMacFixture("a-dfont/DejaVuSans.dfont", dir.path());
   fs::create_symlink(path, dir.file("link"));
   {
-    auto first = TypeprintResourceFile::initWithFile(path, false);
+    auto first = ResourceFile::open(path, false);
     ASSERT_TRUE(first);
     ASSERT_TRUE(purgeAllButOfType(*first, {}, kTypeFOND));
     for (const std::string& other : {path, dir.file("link")}) {
       SCOPED_TRACE(other);
       ResourceOpenFailure why = ResourceOpenFailure::None;
-      EXPECT_FALSE(TypeprintResourceFile::initWithFile(other, false, &why));
+      EXPECT_FALSE(ResourceFile::open(other, false, &why));
       EXPECT_EQ(why, ResourceOpenFailure::BeingEdited);
-      EXPECT_TRUE(TypeprintResourceFile::initWithFile(other, true));
+      EXPECT_TRUE(ResourceFile::open(other, true));
     }
-    EXPECT_TRUE(first->updateResFile());
+    EXPECT_TRUE(first->update());
   }
-  auto second = TypeprintResourceFile::initWithFile(path, false);
+  auto second = ResourceFile::open(path, false);
   ASSERT_TRUE(second);
-  EXPECT_EQ(second->countResType(kTypeFOND), 0);
+  EXPECT_EQ(second->count(kTypeFOND), 0);
 }
 
 }  // namespace

@@ -27,16 +27,15 @@ TEST(Families, EveryFixtureFaceIsEnumerated) {
     auto rf = test::openResourceFile(test::macFixture(path));
     ASSERT_TRUE(rf);
     std::vector<std::string> found, wanted;
-    for (int i = 1; i <= countResType(rf.get(), kTypeFOND); ++i) {
-      Handle fond = getHandleOfTypeAndIndex(rf.get(), kTypeFOND, i);
-      int16_t id = 0;
-      ASSERT_TRUE(GetResInfo(fond, &id, nullptr, nullptr));
-      const int count = getCountOfUniqueStyles(rf.get(), fond);
+    for (int i = 1; i <= rf->count(kTypeFOND); ++i) {
+      const ByteSpan fond = rf->at(kTypeFOND, i)->data();
+      const int16_t id = rf->at(kTypeFOND, i)->id;
+      const int count = getCountOfUniqueStyles(fond);
       for (int s = 0; s < count; ++s) {
-        short style = getStyleFromStyleIndex(rf.get(), fond, s);
+        short style = getStyleFromStyleIndex(fond, s);
         found.push_back(std::to_string(id) + " " + std::to_string(style) + " " + getPostScriptNameForFOND(fond, style));
       }
-      EXPECT_EQ(getStyleFromStyleIndex(rf.get(), fond, count), -1);
+      EXPECT_EQ(getStyleFromStyleIndex(fond, count), -1);
     }
     for (const auto& face : expected)
       if (face.path == path)
@@ -56,16 +55,15 @@ TEST(Families, OutlineResourcesOfFixtureFaces) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.path);
     auto rf = test::openResourceFile(test::macFixture(row.path));
-    Handle fond = getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1);
-    EXPECT_EQ(getFirstResourceIDFromHandleAndStyle(rf.get(), fond, row.style), row.firstID);
-    EXPECT_EQ(has_ttc_true_Flag(rf.get(), fond, row.style), row.trueType);
-    EXPECT_EQ(has_OTTO_Flag_inResource(rf.get(), fond, row.style), row.otto);
+    Resource fond = rf->at(kTypeFOND, 1);
+    EXPECT_EQ(getFirstResourceIDForStyle(fond->data(), row.style), row.firstID);
+    EXPECT_EQ(has_ttc_true_Flag(*rf, fond, row.style), row.trueType);
+    EXPECT_EQ(has_OTTO_Flag_inResource(*rf, fond, row.style), row.otto);
   }
   // Style 0 of the suitcase: sfnt 13490, NFNT 13490 (10 pt) and NFNT 13491 (12 pt).
   auto rf = test::openResourceFile(test::macFixture("b-suitcase-truetype/macbinary/DejaVuSans.bin"));
-  Handle fond = getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1);
-  EXPECT_EQ(getSortedResIDsForStyle(rf.get(), fond, 0), (std::vector<int16_t>{13490, 13491}));
-  EXPECT_EQ(getSortedStyles(test::object(rf)), (std::vector<int16_t>{0, 1}));
+  EXPECT_EQ(getSortedResIDsForStyle(rf->at(kTypeFOND, 1)->data(), 0), (std::vector<int16_t>{13490, 13491}));
+  EXPECT_EQ(getSortedStyles(*rf), (std::vector<int16_t>{0, 1}));
 }
 
 TEST(Families, QueriesOfWholeShortAndCutFamilies) {
@@ -76,19 +74,16 @@ TEST(Families, QueriesOfWholeShortAndCutFamilies) {
       {"claims 10 entries, holds 2", test::truncated(test::patchU16(whole, 52, 9), 54 + 12), {1}, 300, -1, false},
       {"53 bytes", test::truncated(whole, 53), {}, -1, -1, true},
   };
-  auto rf = test::openResourceFile(test::macFixture("a-dfont/DejaVuSans.dfont"));
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
-    Handle fond = NewHandleFromBytes(row.bytes);
+    const ByteSpan fond(row.bytes);
     EXPECT_EQ(getSortedStylesForFOND(fond), row.styles);
-    EXPECT_EQ(getCountOfUniqueStyles(rf.get(), fond), int(row.styles.size()));
-    EXPECT_EQ(getFirstResourceIDFromHandleAndStyle(rf.get(), fond, 1), row.firstBold);
+    EXPECT_EQ(getCountOfUniqueStyles(fond), int(row.styles.size()));
+    EXPECT_EQ(getFirstResourceIDForStyle(fond, 1), row.firstBold);
     EXPECT_EQ(getResIDForFOND(fond, 3), row.idOf3);
     EXPECT_EQ(shouldHavePrinterFile(fond, 1), row.printerForBold);
     EXPECT_EQ(styleExists(1, fond), !row.styles.empty());
-    DisposeHandle(fond);
   }
-  EXPECT_EQ(getCountOfUniqueStyles(rf.get(), nullptr), 0);
 }
 
 // Family names: Mac Roman unless the family is double-byte and its outline is a CID font; the
@@ -108,9 +103,9 @@ TEST(Families, NamesDecodeByScriptAndCIDNamesAreNotTrueType) {
     test::ScratchDir dir;
     auto rf = test::writeAndOpen(
         dir, "family", test::ResourceForkBuilder().add("FOND", 128, row.fond, row.name).add("sfnt", 500, row.outline).build());
-    Handle fond = getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1);
-    EXPECT_EQ(std::string(getResourceNameFromFOND(test::object(rf), fond)), row.decoded);
-    EXPECT_EQ(has_ttc_true_Flag(rf.get(), fond, 0), row.trueType);
+    Resource fond = rf->at(kTypeFOND, 1);
+    EXPECT_EQ(std::string(getResourceNameFromFOND(*rf, fond)), row.decoded);
+    EXPECT_EQ(has_ttc_true_Flag(*rf, fond, 0), row.trueType);
   }
 }
 
@@ -124,7 +119,7 @@ TEST(Families, SortedStylesKeepTheFamilyIndexedBound) {
                                    .add("FOND", 2, FondBuilder().entry(0, 1, 20).build())
                                    .add("FOND", 3, FondBuilder().entry(0, 4, 30).entry(0, 8, 31).entry(0, 0, 32).build())
                                    .build());
-  EXPECT_EQ(getSortedStyles(test::object(rf)), (std::vector<int16_t>{0, 2, 4, 8}));
+  EXPECT_EQ(getSortedStyles(*rf), (std::vector<int16_t>{0, 2, 4, 8}));
 }
 
 }  // namespace

@@ -25,15 +25,16 @@ using test::Bytes;
 using test::FondBuilder;
 using test::ResourceForkBuilder;
 
-using FilePtr = std::unique_ptr<TypeprintResourceFile>;
-FilePtr open(const std::string& path, bool readOnly) { return TypeprintResourceFile::initWithFile(path, readOnly); }
-Handle firstFamily(const FilePtr& rf) { return rf->getResourceHandleViaGet1IndResource(kTypeFOND, 1); }
+using FilePtr = std::unique_ptr<ResourceFile>;
+FilePtr open(const std::string& path, bool readOnly) { return ResourceFile::open(path, readOnly); }
+Resource firstFamily(const FilePtr& rf) { return rf->at(kTypeFOND, 1); }
+std::string nameOf(Resource r) { return r->hasName ? r->name : std::string(); }
 
 // The facts an edit changes: the entry count field, the width, kerning and style-table offsets,
 // the entries (size/style/id), the kerning subtable styles, and the style table's string count,
 // first string and whether any index byte is set. Reading stops at the end of the family.
-std::string facts(Handle fond) {
-  const BEReader all(HandleBytes(fond));
+std::string facts(Resource fond) {
+  const BEReader all(fond->data());
   std::ostringstream out;
   const int count = all.at(52, 2).s16();
   out << count << " |";
@@ -62,25 +63,21 @@ std::string facts(Handle fond) {
 // "TYPE id crc name" for every resource but the families and those in `skipped` ("TYPE id").
 std::vector<std::string> otherResources(const FilePtr& rf, const std::set<std::string>& skipped = {}) {
   std::vector<std::string> lines;
-  for (int t = 1; t <= rf->count1ResTypes(); ++t) {
-    uint32_t type = 0;
-    rf->getResourceTypeViaGet1IndType(&type, t);
-    for (int i = 1; type != kTypeFOND && i <= rf->countResType(type); ++i) {
-      Handle h = rf->getResourceHandleViaGet1IndResource(type, i);
-      int16_t id = 0;
-      std::string name;
-      rf->getResInfo(h, &id, nullptr, &name);
-      const std::string key = std::string{char(type >> 24), char(type >> 16), char(type >> 8), char(type)} + " " + std::to_string(id);
-      if (!skipped.count(key)) lines.push_back(key + " " + std::to_string(crc32(0, HandleBytes(h).data, uInt(GetHandleSize(h)))) + " " + name);
+  for (int t = 1; t <= rf->countTypes(); ++t) {
+    const uint32_t type = rf->typeAt(t);
+    for (int i = 1; type != kTypeFOND && i <= rf->count(type); ++i) {
+      Resource r = rf->at(type, i);
+      const std::string key = std::string{char(type >> 24), char(type >> 16), char(type >> 8), char(type)} + " " + std::to_string(r->id);
+      if (!skipped.count(key)) lines.push_back(key + " " + std::to_string(crc32(0, r->data().data, uInt(r->data().size))) + " " + nameOf(r));
     }
   }
   return lines;
 }
 
-using Edit = std::function<void(TypeprintResourceFile&, Handle)>;
-Edit promote(short style) { return [style](TypeprintResourceFile& rf, Handle fond) { promoteFOND(rf, fond, style); }; }
+using Edit = std::function<void(ResourceFile&, Resource)>;
+Edit promote(short style) { return [style](ResourceFile& rf, Resource fond) { promoteFOND(rf, fond, style); }; }
 Edit purgeFrom(std::set<short> styles, bool fonts) {
-  return [=](TypeprintResourceFile& rf, Handle fond) { purgeFromFOND(rf, fond, styles, fonts); };
+  return [=](ResourceFile& rf, Resource fond) { purgeFromFOND(rf, fond, styles, fonts); };
 }
 
 // Expected facts from the fixture dumper: DejaVu suitcase offsets 118/1156/1358, the dfont's
@@ -93,7 +90,7 @@ TEST(FamilyEditing, EditedSuitcasesReadBackAsExpected) {
   const struct { const char* what; const char* fixture; Edit edit; std::set<std::string> gone; const char* facts;
                  const char* familyName; } rows[] = {
       {"all but plain, then the fonts no entry names", dejaVuAppleDouble,
-       [](TypeprintResourceFile& rf, Handle fond) {
+       [](ResourceFile& rf, Resource fond) {
          purgeAllButFromFOND(rf, 0, fond);
          EXPECT_TRUE(purgeAllButOfType(rf, {13490, 13491}, kTypeNFNT));
          EXPECT_TRUE(purgeAllButOfType(rf, {13490}, kTypeSfnt));
@@ -128,9 +125,7 @@ TEST(FamilyEditing, EditedSuitcasesReadBackAsExpected) {
     ASSERT_TRUE(rf);
     EXPECT_EQ(otherResources(rf), otherResources(original, row.gone));
     EXPECT_EQ(facts(firstFamily(rf)), row.facts);
-    std::string name;
-    rf->getResInfo(firstFamily(rf), nullptr, nullptr, &name);
-    EXPECT_EQ(name, row.familyName);
+    EXPECT_EQ(nameOf(firstFamily(rf)), row.familyName);
   }
 }
 
@@ -142,7 +137,7 @@ const FondBuilder kThreeStyles = FondBuilder().entry(0, 0, 1).entry(0, 1, 2).ent
 
 TEST(FamilyEditing, EditsStayWithinTheFamily) {
   const Bytes family = test::patchU32(kThreeStyles.build(), 16, 200);  // a glyph-width offset, to see it lowered
-  const auto keep = [](short style) { return [style](TypeprintResourceFile& rf, Handle fond) { purgeAllButFromFOND(rf, style, fond); }; };
+  const auto keep = [](short style) { return [style](ResourceFile& rf, Resource fond) { purgeAllButFromFOND(rf, style, fond); }; };
   const FondBuilder kernOnly = FondBuilder().entry(0, 1, 1).kerning(1, 2).kerning(5, 3);
   // `facts` empty: the family is left as it was.
   const struct { const char* what; Bytes bytes; Edit edit; const char* facts; const char* name = "Family"; } rows[] = {
@@ -165,12 +160,11 @@ TEST(FamilyEditing, EditsStayWithinTheFamily) {
     test::ScratchDir dir;
     auto rf = test::writeAndOpen(dir, "built.dfont", ResourceForkBuilder().add("FOND", 128, row.bytes, "Family").build());
     ASSERT_TRUE(rf);
-    Handle fond = getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1);
-    row.edit(test::object(rf), fond);  // checked in memory
+    Resource fond = firstFamily(rf);
+    row.edit(*rf, fond);  // checked in memory
     if (*row.facts) EXPECT_EQ(facts(fond), row.facts);
-    else EXPECT_EQ(Bytes(HandleBytes(fond).begin(), HandleBytes(fond).end()), row.bytes);
-    std::string name;
-    EXPECT_TRUE(GetResInfo(fond, nullptr, nullptr, &name) && name == row.name) << name;
+    else EXPECT_EQ(Bytes(fond->data().begin(), fond->data().end()), row.bytes);
+    EXPECT_EQ(nameOf(fond), row.name);
   }
 }
 
@@ -216,12 +210,10 @@ TEST(EditCommands, EditCopiesAndRefusesCleanly) {
     }
     EXPECT_EQ(added, row.newFiles);
     if (!row.edited) continue;
-    auto rf = TypeprintResourceFile::initWithFile(scratch.file(row.edited), true);
+    auto rf = open(scratch.file(row.edited), true);
     ASSERT_TRUE(rf);
-    EXPECT_EQ(rf->getSortedResIDsForType(kTypeNFNT), row.nfnts);
-    std::string familyName;
-    rf->getResInfo(rf->getResourceHandleViaGet1IndResource(kTypeFOND, 1), nullptr, nullptr, &familyName);
-    EXPECT_EQ(familyName, row.familyName);
+    EXPECT_EQ(rf->sortedIDs(kTypeNFNT), row.nfnts);
+    EXPECT_EQ(nameOf(firstFamily(rf)), row.familyName);
   }
 }
 

@@ -4,7 +4,6 @@
 
 #include "builders/fond_builder.h"
 #include "resources/fond.h"
-#include "resources/handle.h"
 
 namespace typeprint {
 namespace {
@@ -15,10 +14,8 @@ using test::FondBuilder;
 std::string pascalText(const unsigned char* p) { return std::string(reinterpret_cast<const char*>(p + 1), p[0]); }
 
 std::string psName(const Bytes& fond, uint16_t style, size_t capacity = kStr255Capacity) {
-  Handle h = NewHandleFromBytes(fond);
   unsigned char out[kStr255Capacity] = {};
-  GetPrinterFontNameFromResource(h, style, out, capacity);
-  DisposeHandle(h);
+  GetPrinterFontNameFromResource(fond, style, out, capacity);
   return pascalText(out);
 }
 
@@ -87,7 +84,8 @@ TEST(Fond, PostScriptNamesOfDamagedStyleTables) {
   for (const auto& row : rows) EXPECT_EQ(psName(row.bytes, row.style), row.name) << row.what;
   EXPECT_EQ(psName(fond, 2, 8), "Base-Bo");  // cut to the room given
   unsigned char dst[kStr255Capacity];
-  GetIndStyleName(Bytes{2, 'a', 'b', 5, 'c', 'u'}, 2, dst, sizeof dst);  // claims 5 bytes, 2 are there
+  const Bytes strings{2, 'a', 'b', 5, 'c', 'u'};
+  GetIndStyleName(strings, 2, dst, sizeof dst);  // claims 5 bytes, 2 are there
   EXPECT_EQ(pascalText(dst), "cu");
 }
 

@@ -17,7 +17,6 @@ namespace {
 namespace fs = std::filesystem;
 using test::Bytes;
 using test::FondBuilder;
-using test::object;
 using test::ResourceForkBuilder;
 
 // A suitcase of one bitmap-only family whose plain face is named `base` + `suffix`.
@@ -25,7 +24,7 @@ Bytes bitmapFamily(const std::string& base, const std::string& suffix) {
   return ResourceForkBuilder().add("FOND", 300, FondBuilder().postScriptNames(base, {{0, suffix}}).entry(12, 0, 1).build()).build();
 }
 
-Handle firstFamily(const test::ResourceFilePtr& rf) { return getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1); }
+ByteSpan firstFamily(const test::ResourceFilePtr& rf) { return rf->at(kTypeFOND, 1)->data(); }
 
 TEST(PrinterFiles, FileNamesFollowTheFiveThreeThreeRule) {
   const struct { const char* psName; const char* fileName; } rows[] = {
@@ -59,7 +58,7 @@ TEST(PrinterFiles, MultipleMasterNamesFromTheFamilyName) {
     auto rf = test::writeAndOpen(
         dir, "suitcase", ResourceForkBuilder().add("FOND", 300, FondBuilder().entry(12, 0, 1).build(), row.familyName).build());
     bool isMM = false;
-    EXPECT_EQ(std::string(normalizePostScriptName("Garamond-Bold", firstFamily(rf), &isMM)), row.result);
+    EXPECT_EQ(std::string(normalizePostScriptName("Garamond-Bold", rf->at(kTypeFOND, 1), &isMM)), row.result);
     EXPECT_EQ(isMM, row.isMM);
   }
 }
@@ -73,16 +72,16 @@ TEST(PrinterFiles, FixtureFamilyFindsItsPrinterFilesInEveryForm) {
     ASSERT_TRUE(rf);
     std::set<std::string> wanted;
     for (short style = 0; style < 4; ++style) {
-      EXPECT_EQ(getPSPrinterNameForFOND(object(rf), firstFamily(rf), style), files[size_t(style)]);
+      EXPECT_EQ(getPSPrinterNameForFOND(*rf, firstFamily(rf), style), files[size_t(style)]);
       EXPECT_EQ(CreatePrinterPath(rf.get(), firstFamily(rf), style).value_or(""), folder + files[size_t(style)]);
       wanted.insert(folder + files[size_t(style)]);
     }
-    const std::vector<UxString> found = getPrinterFiles(object(rf));
+    const std::vector<UxString> found = getPrinterFiles(*rf);
     EXPECT_EQ(std::set<std::string>(found.begin(), found.end()), wanted);
   }
   auto outlines = test::openResourceFile(test::macFixture("b-suitcase-truetype/macbinary/DejaVuSans.bin"));
   EXPECT_FALSE(CreatePrinterPath(outlines.get(), firstFamily(outlines), 0));  // faces with outlines need none
-  EXPECT_TRUE(getPrinterFiles(object(outlines)).empty());
+  EXPECT_TRUE(getPrinterFiles(*outlines).empty());
 }
 
 TEST(PrinterFiles, WrappedPrinterFilesAreFoundByTheirMacName) {
@@ -94,13 +93,13 @@ TEST(PrinterFiles, WrappedPrinterFilesAreFoundByTheirMacName) {
   // An AppleSingle printer file named NAME.as, for a family that names C059-Roman.
   fs::copy_file(test::macFixture("d-t1mac-lwfn/applesingle/C059Rom"), dir.file("C059Rom.as"));
   auto rf = test::openResourceFile(dir.file("NimbusSans"));
-  Handle fond = firstFamily(rf);
-  EXPECT_EQ(getPSPrinterNameForFOND(object(rf), fond, 0), "NimbuSanReg.bin");
-  EXPECT_EQ(getPSPrinterNameForFOND(object(rf), fond, 1), "NimbuSanBol.macbin");
+  const ByteSpan fond = firstFamily(rf);
+  EXPECT_EQ(getPSPrinterNameForFOND(*rf, fond, 0), "NimbuSanReg.bin");
+  EXPECT_EQ(getPSPrinterNameForFOND(*rf, fond, 1), "NimbuSanBol.macbin");
   EXPECT_EQ(CreatePrinterPath(rf.get(), fond, 0).value_or(""), dir.file("NimbuSanReg.bin"));
   // NimbuSanBolIta.bin holds NimbuSanIta; each face finds its file by the file's header.
-  EXPECT_EQ(getPSPrinterNameForFOND(object(rf), fond, 3), "Other");
-  EXPECT_EQ(getPSPrinterNameForFOND(object(rf), fond, 2), "NimbuSanBolIta.bin");
+  EXPECT_EQ(getPSPrinterNameForFOND(*rf, fond, 3), "Other");
+  EXPECT_EQ(getPSPrinterNameForFOND(*rf, fond, 2), "NimbuSanBolIta.bin");
   auto c059 = test::writeAndOpen(dir, "C059 Family", bitmapFamily("C059", "-Roman"));
   EXPECT_EQ(CreatePrinterPath(c059.get(), firstFamily(c059), 0).value_or(""), dir.file("C059Rom.as"));
 }
@@ -127,7 +126,7 @@ TEST(PrinterFiles, TheFolderAnswersWhenTheComputedNameIsMissing) {
       fs::copy_file(fixture.parent_path() / ("._" + fixture.filename().string()), dir.file(std::string("._") + row.copiedAs));
     auto rf = test::writeAndOpen(dir, row.suitcase, bitmapFamily(row.base, row.suffix));
     ASSERT_TRUE(rf);
-    EXPECT_EQ(getPSPrinterNameForFOND(object(rf), firstFamily(rf), 0), row.answer);
+    EXPECT_EQ(getPSPrinterNameForFOND(*rf, firstFamily(rf), 0), row.answer);
   }
 }
 
@@ -137,10 +136,10 @@ TEST(PrinterFiles, AnswersAreCachedForTheLifeOfTheObject) {
     fs::copy_file(e.path(), dir.file(e.path().filename().string()));
   auto rf = test::openResourceFile(dir.file("NimbusSans"));
   ASSERT_TRUE(rf);
-  EXPECT_EQ(getPSPrinterNameForFOND(object(rf), firstFamily(rf), 1), "NimbuSanBol");
+  EXPECT_EQ(getPSPrinterNameForFOND(*rf, firstFamily(rf), 1), "NimbuSanBol");
   fs::rename(dir.file("NimbuSanBol"), dir.file("Bold"));
   fs::rename(dir.file("._NimbuSanBol"), dir.file("._Bold"));
-  EXPECT_EQ(getPSPrinterNameForFOND(object(rf), firstFamily(rf), 1), "NimbuSanBol");
+  EXPECT_EQ(getPSPrinterNameForFOND(*rf, firstFamily(rf), 1), "NimbuSanBol");
   EXPECT_FALSE(CreatePrinterPath(rf.get(), firstFamily(rf), 1));  // the file is gone
   auto reopened = test::openResourceFile(dir.file("NimbusSans"));  // a new object reads the folder again
   EXPECT_EQ(CreatePrinterPath(reopened.get(), firstFamily(reopened), 1).value_or(""), dir.file("Bold"));

@@ -32,8 +32,8 @@ TEST(ResourceChecksums, FixtureFacesMatchTheIndependentValues) {
     SCOPED_TRACE(face.path + " style " + std::to_string(face.style));
     const std::string path = test::macFixture(face.path);
     auto rf = test::openResourceFile(path);
-    Handle fond = getHandleOfTypeAndResID(rf.get(), kTypeFOND, int16_t(face.fondID));
-    ASSERT_TRUE(fond);
+    ASSERT_TRUE(rf->find(kTypeFOND, int16_t(face.fondID)));
+    const ByteSpan fond = rf->find(kTypeFOND, int16_t(face.fondID))->data();
     EXPECT_EQ(GetBastionChecksum(fond, short(face.style)), face.kerningSum);
     uint32_t chained = 0xDEADBEEF;
     EXPECT_EQ(GetLanternChecksum(path, rf.get(), fond, short(face.style), false, chained), face.faceCrc);
@@ -57,9 +57,7 @@ TEST(ResourceChecksums, KerningSumsWalkOnlyWhatFits) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
-    Handle h = NewHandleFromBytes(row.bytes);
-    EXPECT_EQ(GetBastionChecksum(h, row.style), row.sum);
-    DisposeHandle(h);
+    EXPECT_EQ(GetBastionChecksum(row.bytes, row.style), row.sum);
   }
 }
 
@@ -88,7 +86,7 @@ TEST(ResourceChecksums, BitmapsAndPrinterFilesOfBuiltFamilies) {
     test::ScratchDir dir;
     if (!row.printerFile.empty()) test::writeFile(dir.file("SamplOne"), row.printerFile);
     auto rf = test::writeAndOpen(dir, "Suitcase", suitcase(row.kerning));
-    Handle fond = getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1);
+    const ByteSpan fond = rf->at(kTypeFOND, 1)->data();
     EXPECT_EQ(ChecksumNFNTsfntFONT(rf.get(), fond, 0, 0), bitmaps);
     EXPECT_EQ(ChecksumNFNTsfntFONT(rf.get(), fond, 0, 5), 5u);
     EXPECT_EQ(ChecksumPrinterFile(rf.get(), fond, 0, 0x77), row.printerCrc);

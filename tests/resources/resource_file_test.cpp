@@ -1,5 +1,5 @@
-// The resource file object over real files in every container form: what it reads, the C-level
-// functions and their null-object answers, handles, and edits written back.
+// The resource file object over real files in every container form: what it reads, the files it
+// refuses, and edits written back.
 #include <gtest/gtest.h>
 #include <zlib.h>
 
@@ -18,7 +18,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using test::Bytes;
-using test::object;
 using test::openResourceFile;
 
 std::string line(const std::string& type, int id, size_t size, uint32_t crc, const std::string& name) {
@@ -31,19 +30,16 @@ std::string line(const std::string& type, int id, size_t size, uint32_t crc, con
 struct Edit { uint32_t removed, renamed, rewritten; };
 
 // One line per resource in map order; with `edit`, as the file should read once it is applied.
-std::vector<std::string> listing(void* rf, const Edit* edit = nullptr) {
+std::vector<std::string> listing(const ResourceFile& rf, const Edit* edit = nullptr) {
   std::vector<std::string> lines;
-  for (int t = 1; t <= static_cast<TypeprintResourceFile*>(rf)->count1ResTypes(); ++t) {
-    uint32_t type = 0;
-    static_cast<TypeprintResourceFile*>(rf)->getResourceTypeViaGet1IndType(&type, t);
-    for (int i = 1; i <= countResType(rf, type); ++i) {
-      Handle h = getHandleOfTypeAndIndex(rf, type, i);
-      int16_t id = 0;
-      uint32_t infoType = 0;
-      std::string name;
-      EXPECT_TRUE(GetResInfo(h, &id, &infoType, &name) && infoType == type);
-      Bytes data(HandleBytes(h).begin(), HandleBytes(h).end());
-      ReleaseResource(h);
+  for (int t = 1; t <= rf.countTypes(); ++t) {
+    const uint32_t type = rf.typeAt(t);
+    for (int i = 1; i <= rf.count(type); ++i) {
+      Resource r = rf.at(type, i);
+      EXPECT_EQ(r->type, type);
+      int16_t id = r->id;
+      std::string name = r->hasName ? r->name : std::string();
+      Bytes data(r->data().begin(), r->data().end());
       const bool first = edit && i == 1;
       if (first && type == edit->removed) continue;
       if (first && type == edit->renamed) id = int16_t(id + 1000), name = "Edited name";
@@ -55,18 +51,15 @@ std::vector<std::string> listing(void* rf, const Edit* edit = nullptr) {
   return lines;
 }
 
-void applyEdits(void* rf, const Edit& edit) {
-  Handle removed = getHandleOfTypeAndIndex(rf, edit.removed, 1);
-  ASSERT_TRUE(RemoveResource(removed));
-  DisposeHandle(removed);
-  Handle renamed = getHandleOfTypeAndIndex(rf, edit.renamed, 1);
-  int16_t id = 0;
+void applyEdits(ResourceFile& rf, const Edit& edit) {
+  ASSERT_TRUE(rf.remove(rf.at(edit.removed, 1)));
+  Resource renamed = rf.at(edit.renamed, 1);
   const std::string name = "Edited name";
-  ASSERT_TRUE(GetResInfo(renamed, &id, nullptr, nullptr) && SetResInfo(renamed, int16_t(id + 1000), &name));
-  Handle rewritten = getHandleOfTypeAndIndex(rf, edit.rewritten, 1);
-  ASSERT_TRUE(SetHandleSize(rewritten, GetHandleSize(rewritten) + 3));
-  (*rewritten)[GetHandleSize(rewritten) - 1] = 'Z';
-  ASSERT_TRUE(ChangedResource(rewritten));
+  ASSERT_TRUE(rf.setInfo(renamed, int16_t(renamed->id + 1000), &name));
+  Resource rewritten = rf.at(edit.rewritten, 1);
+  Bytes data(rewritten->data().begin(), rewritten->data().end());
+  data.insert(data.end(), {0, 0, 'Z'});
+  ASSERT_TRUE(rf.replaceData(rewritten, data));
 }
 
 // Every fixture, in each of its container forms, reads as the dumper listed it, and every form
@@ -80,25 +73,25 @@ TEST(ResourceFile, ReadsEveryFixtureAsTheIndependentDumperDoes) {
     auto rf = openResourceFile(test::macFixture(file.path));
     ASSERT_EQ(bool(rf), file.mapSource != "none");
     if (!rf) continue;
-    EXPECT_EQ(object(rf).isDataFork(), file.mapSource == "data");
-    EXPECT_EQ(object(rf).forks().type, file.type == "-" ? 0 : test::fourCC(file.type));
-    EXPECT_EQ(object(rf).forks().creator, file.creator == "-" ? 0 : test::fourCC(file.creator));
+    EXPECT_EQ(rf->isDataFork(), file.mapSource == "data");
+    EXPECT_EQ(rf->forks().type, file.type == "-" ? 0 : test::fourCC(file.type));
+    EXPECT_EQ(rf->forks().creator, file.creator == "-" ? 0 : test::fourCC(file.creator));
     std::vector<std::string> expected;
     std::set<std::string> has;  // "TYPE" and "TYPE id"
     for (const auto& r : file.resources) {
       expected.push_back(line(r.type, r.id, r.size, r.crc, r.name));
       has.insert({r.type, r.type + " " + std::to_string(r.id)});
-      EXPECT_EQ(GetHandleSize(getHandleOfTypeAndResID(rf.get(), test::fourCC(r.type), int16_t(r.id))), r.size);
+      EXPECT_EQ(dataOf(rf->find(test::fourCC(r.type), int16_t(r.id))).size, r.size);
     }
-    EXPECT_EQ(listing(rf.get()), expected);
+    EXPECT_EQ(listing(*rf), expected);
     const fs::path p(file.path);
     const std::string name = p.filename().string(), key = p.begin()->string() + " " + name.substr(0, name.find(".bin"));
-    EXPECT_EQ(byFile.try_emplace(key, listing(rf.get())).first->second, listing(rf.get()));
-    EXPECT_EQ(FileHasFONDsInResourceFork(rf.get()), has.count("FOND") == 1);
-    EXPECT_EQ(FileHasPOSTsInResourceFork(rf.get()), has.count("POST") == 1);
-    EXPECT_EQ(is_psfont(rf.get()), has.count("NFNT") == 1);
-    EXPECT_EQ(is_psprinterfont(rf.get()), has.count("POST 501") == 1);
-    EXPECT_FALSE(hasValidResourcePSHeader(rf.get()));  // no fixture has typ1 outlines
+    EXPECT_EQ(byFile.try_emplace(key, listing(*rf)).first->second, listing(*rf));
+    EXPECT_EQ(rf->hasFamilies(), has.count("FOND") == 1);
+    EXPECT_EQ(rf->hasPrinterResources(), has.count("POST") == 1);
+    EXPECT_EQ(rf->hasBitmapFonts(), has.count("NFNT") == 1);
+    EXPECT_EQ(rf->isPrinterFont(), has.count("POST 501") == 1);
+    EXPECT_FALSE(rf->hasType1Outline());  // no fixture has typ1 outlines
   }
 }
 
@@ -109,41 +102,21 @@ TEST(ResourceFile, SortedIdsIndexBoundsAndTheTypeOneHeader) {
                                                    .add("NFNT", 128, {4}).add("sfnt", 2, test::bytesOf("typ"))
                                                    .add("sfnt", 1, test::bytesOf("typ1")).build());
   ASSERT_TRUE(rf);
-  EXPECT_EQ(object(rf).getSortedResIDsForType(kTypeNFNT), (std::vector<int16_t>{-5, 128, 300}));
-  EXPECT_EQ(countResType(rf.get(), kTypeNFNT), 4);
-  for (int index : {-1, 0, 5}) EXPECT_FALSE(getHandleOfTypeAndIndex(rf.get(), kTypeNFNT, index)) << index;
-  // Of two resources with one ID the first is found, and asking again gives the same handle.
-  EXPECT_EQ(HandleBytes(getHandleOfTypeAndResID(rf.get(), kTypeNFNT, 128)).data[0], 3);
-  EXPECT_EQ(getHandleOfTypeAndIndex(rf.get(), kTypeNFNT, 3), getHandleOfTypeAndResID(rf.get(), kTypeNFNT, 128));
-  uint32_t type = 1;
-  object(rf).getResourceTypeViaGet1IndType(&type, 3);
-  EXPECT_EQ(type, 0u);
-  EXPECT_FALSE(hasValidResourcePSHeader(rf.get()));  // the first sfnt alone counts, and "typ" is short
+  EXPECT_EQ(rf->sortedIDs(kTypeNFNT), (std::vector<int16_t>{-5, 128, 300}));
+  EXPECT_EQ(rf->count(kTypeNFNT), 4);
+  for (int index : {-1, 0, 5}) EXPECT_FALSE(rf->at(kTypeNFNT, index)) << index;
+  // Of two resources with one ID the first is found.
+  EXPECT_EQ(rf->find(kTypeNFNT, 128)->data().data[0], 3);
+  EXPECT_EQ(rf->at(kTypeNFNT, 3), rf->find(kTypeNFNT, 128));
+  EXPECT_EQ(rf->typeAt(3), 0u);
+  EXPECT_FALSE(rf->hasType1Outline());  // the first sfnt alone counts, and "typ" is short
   auto typ1 = test::writeAndOpen(dir, "g.dfont", test::ResourceForkBuilder().add("sfnt", 1, test::bytesOf("typ1")).build());
-  EXPECT_TRUE(hasValidResourcePSHeader(typ1.get()));
+  EXPECT_TRUE(typ1->hasType1Outline());
 }
 
-TEST(ResourceFile, NullObjectFilesWithoutAMapAndDetachedHandles) {
-  EXPECT_EQ(countResType(nullptr, kTypeFOND), 0);
-  EXPECT_FALSE(getHandleOfTypeAndIndex(nullptr, kTypeFOND, 1) || getHandleOfTypeAndResID(nullptr, kTypeFOND, 128));
-  EXPECT_FALSE(FileHasFONDsInResourceFork(nullptr) || FileHasPOSTsInResourceFork(nullptr) || is_psfont(nullptr) ||
-               is_psprinterfont(nullptr) || hasValidResourcePSHeader(nullptr));
-  EXPECT_FALSE(GetResInfo(nullptr, nullptr, nullptr, nullptr) || ChangedResource(nullptr) || DetachResource(nullptr));
-  EXPECT_FALSE(AllocateResourceFile(nullptr, true) || openResourceFile(test::macFixture("../sfnt/missing.ttf")));
+TEST(ResourceFile, FilesWithoutAMapAreRefused) {
+  EXPECT_FALSE(openResourceFile(test::macFixture("../sfnt/missing.ttf")));
   EXPECT_FALSE(openResourceFile(test::macFixture("d-t1mac-lwfn/appledouble/._C059Rom")));  // a companion
-  FreeResourceFile(nullptr);
-  ReleaseResource(nullptr);
-  Handle detached = nullptr;
-  {
-    auto rf = openResourceFile(test::macFixture("d-t1mac-lwfn/macbinary/C059Rom"));
-    detached = getHandleOfTypeAndResID(rf.get(), kTypePOST, 501);
-    ASSERT_TRUE(DetachResource(detached));
-    EXPECT_FALSE(GetResInfo(detached, nullptr, nullptr, nullptr) || RemoveResource(detached));  // no file's now
-    EXPECT_NE(getHandleOfTypeAndResID(rf.get(), kTypePOST, 501), detached);  // a new handle: still in the map
-  }
-  ASSERT_EQ(GetHandleSize(detached), 899u);
-  EXPECT_EQ(std::string(*detached, 12), std::string("\x01\x00%!PS-Adobe", 12));
-  DisposeHandle(detached);
 }
 
 // Every file below `dir`, with its bytes.
@@ -156,9 +129,9 @@ std::map<std::string, std::string> snapshot(const fs::path& dir) {
 
 // What an edit leaves alone: the container, the codes, where the map lives, a data fork.
 std::string containerState(const test::ResourceFilePtr& rf) {
-  const FileForks& f = object(rf).forks();
+  const FileForks& f = rf->forks();
   return std::to_string(int(f.source)) + " " + std::to_string(f.type) + " " + std::to_string(f.creator) + " " +
-         (object(rf).isDataFork() ? "data map" : std::string(f.dataFork.begin(), f.dataFork.end()));
+         (rf->isDataFork() ? "data map" : std::string(f.dataFork.begin(), f.dataFork.end()));
 }
 
 TEST(ResourceFile, EditsAreWrittenBackIntoEveryContainerForm) {
@@ -184,8 +157,8 @@ TEST(ResourceFile, EditsAreWrittenBackIntoEveryContainerForm) {
       {
         auto rf = openResourceFile(path, attempt == 0);
         ASSERT_TRUE(rf);
-        if (attempt != 1) applyEdits(rf.get(), row.edit);
-        EXPECT_EQ(object(rf).updateResFile(), attempt == 1);
+        if (attempt != 1) applyEdits(*rf, row.edit);
+        EXPECT_EQ(rf->update(), attempt == 1);
       }  // closing does not try again
       setWriteFaultForTesting(nullptr);
       EXPECT_EQ(snapshot(scratch.path()), original) << "attempt " << attempt;
@@ -194,13 +167,13 @@ TEST(ResourceFile, EditsAreWrittenBackIntoEveryContainerForm) {
     std::string state;
     {
       auto rf = openResourceFile(path, false);
-      expected = listing(rf.get(), &row.edit);
+      expected = listing(*rf, &row.edit);
       state = containerState(rf);
-      applyEdits(rf.get(), row.edit);
+      applyEdits(*rf, row.edit);
     }  // closing writes the changes
     auto rf = openResourceFile(path);
     ASSERT_TRUE(rf);
-    EXPECT_EQ(listing(rf.get()), expected);
+    EXPECT_EQ(listing(*rf), expected);
     EXPECT_EQ(containerState(rf), state);
     auto after = snapshot(scratch.path());  // the same files, no temporary ones left
     EXPECT_TRUE(std::equal(after.begin(), after.end(), original.begin(), original.end(),

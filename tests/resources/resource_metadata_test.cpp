@@ -18,9 +18,8 @@ struct Names {
   UxString printerPath, kind, foundry, family, version, postScriptName, styledName, fullName;
 };
 
-long collectMac(const test::ResourceFilePtr& rf, const std::string& path, short style, Names* n) {
-  Handle fond = getHandleOfTypeAndIndex(rf.get(), kTypeFOND, 1);
-  return CollectPSMetaDataMac(rf.get(), path, fond, style, &n->printerPath, &n->kind, &n->foundry, &n->family,
+PSHeaderOutcome collectMac(const test::ResourceFilePtr& rf, const std::string& path, short style, Names* n) {
+  return CollectPSMetaDataMac(rf.get(), path, rf->at(kTypeFOND, 1), style, &n->printerPath, &n->kind, &n->foundry, &n->family,
                               &n->version, &n->postScriptName, &n->styledName, &n->fullName);
 }
 
@@ -54,7 +53,7 @@ TEST(ResourceMetadata, FixtureFacesReadTheirPrinterFiles) {
     for (short style = 0; style < 4; ++style) {
       SCOPED_TRACE(std::string(form) + " style " + std::to_string(style));
       Names n;
-      EXPECT_EQ(collectMac(rf, folder + "NimbusSans", style, &n), kPSMetaDataRead);
+      EXPECT_EQ(collectMac(rf, folder + "NimbusSans", style, &n), PSHeaderOutcome::Read);
       EXPECT_EQ(n.printerPath, folder + files[style]);
       EXPECT_EQ(n.kind + "|" + n.family + "|" + n.version, std::string("PostScript|Nimbus Sans|") + versions[style]);
       EXPECT_EQ(n.postScriptName + "|" + n.fullName, std::string(psNames[style]) + "|" + psNames[style]);
@@ -72,15 +71,15 @@ TEST(ResourceMetadata, ThePOSTWalkReadsOnlyTheHeaderResources) {
   };
   // Without a /FamilyName, the family is the header line's; without that, the suitcase's file
   // name. The PostScript name loses its spaces and brackets; Mac Roman bytes become UTF-8.
-  const struct { const char* what; Bytes file; long status; std::string psName, family, fullName; } rows[] = {
+  const struct { const char* what; Bytes file; PSHeaderOutcome status; std::string psName, family, fullName; } rows[] = {
       {"501 and 502 read", lwfn({{501, post(1, head)}, {502, post(1, "/FamilyName (Second)")}, {503, post(5, "")}}),
-       kPSMetaDataRead, "First-Name", "Second", "First-Name"},
+       PSHeaderOutcome::Read, "First-Name", "Second", "First-Name"},
       {"a 2048-byte 502 ends the walk", lwfn({{501, post(1, head)}, {502, post(1, "/FamilyName (Second) ", 2048)}}),
-       kPSMetaDataRead, "First-Name", "Header", "First-Name"},
-      {"names cleaned", lwfn({{501, post(1, "/FontName (Caf\x8E [X]) def\n")}}), kPSMetaDataRead, "Caf\xC3\xA9X",
+       PSHeaderOutcome::Read, "First-Name", "Header", "First-Name"},
+      {"names cleaned", lwfn({{501, post(1, "/FontName (Caf\x8E [X]) def\n")}}), PSHeaderOutcome::Read, "Caf\xC3\xA9X",
        "Suitcase", "Caf\xC3\xA9 [X]"},
-      {"no 501: the style table's name", lwfn({{502, post(1, head)}}), kPSMetaDataNothingToDo, "Sample-One", "", ""},
-      {"no resource map", test::bytesOf(head.c_str()), kPSMetaDataNoPrinterFile, "Sample-One", "", ""},
+      {"no 501: the style table's name", lwfn({{502, post(1, head)}}), PSHeaderOutcome::NothingToDo, "Sample-One", "", ""},
+      {"no resource map", test::bytesOf(head.c_str()), PSHeaderOutcome::NoPrinterFile, "Sample-One", "", ""},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
@@ -96,14 +95,14 @@ TEST(ResourceMetadata, ThePOSTWalkReadsOnlyTheHeaderResources) {
 }
 
 TEST(ResourceMetadata, KindsOfMultipleMasterAndDoubleByteFamilies) {
-  const struct { const char* what; Bytes fork; long status; std::string kind, styled, psName; } rows[] = {
-      {"multiple master", sampleFamily("%MSampleMM_215"), kPSMetaDataNoPrinterFile, "PostScript - MM", "SampleMM",
+  const struct { const char* what; Bytes fork; PSHeaderOutcome status; std::string kind, styled, psName; } rows[] = {
+      {"multiple master", sampleFamily("%MSampleMM_215"), PSHeaderOutcome::NoPrinterFile, "PostScript - MM", "SampleMM",
        "Sample"},
       {"CID: Type 1 outline", sampleFamily("Ryumin", 16384, 0, "sfnt", test::bytesOf("typ1....")),
-       kPSMetaDataNothingToDo, "CID", "Ryumin", ""},
-      {"CID by name", sampleFamily("A-CIDRyumin", 16384, 0, "sfnt", test::bytesOf("true....")), kPSMetaDataNothingToDo,
+       PSHeaderOutcome::NothingToDo, "CID", "Ryumin", ""},
+      {"CID by name", sampleFamily("A-CIDRyumin", 16384, 0, "sfnt", test::bytesOf("true....")), PSHeaderOutcome::NothingToDo,
        "CID", "A-CIDRyumin", ""},
-      {"OCF: bitmaps only", sampleFamily("Gothic", 16384, 12, "NFNT", Bytes(26)), kPSMetaDataNoPrinterFile, "OCF",
+      {"OCF: bitmaps only", sampleFamily("Gothic", 16384, 12, "NFNT", Bytes(26)), PSHeaderOutcome::NoPrinterFile, "OCF",
        "Gothic", "Sample-One"},
   };
   for (const auto& row : rows) {
@@ -122,11 +121,11 @@ TEST(ResourceMetadata, DataForkHeadersAreReadToSixThousandBytes) {
   const std::string key = "/FamilyName (Sample) readonly def\n";
   test::writeFile(dir.file("early"), key + std::string(6000, ' '));
   test::writeFile(dir.file("late"), std::string(6000, ' ') + key);
-  const struct { const char* what; std::string path; long status; const char* family; } rows[] = {
-      {"key within the first 6000 bytes", dir.file("early"), 0, "Sample"},
-      {"key after them", dir.file("late"), 0, ""},
-      {"missing file", dir.file("absent"), 6, ""},
-      {"no path", "", -1, ""},
+  const struct { const char* what; std::string path; PSHeaderOutcome status; const char* family; } rows[] = {
+      {"key within the first 6000 bytes", dir.file("early"), PSHeaderOutcome::Read, "Sample"},
+      {"key after them", dir.file("late"), PSHeaderOutcome::Read, ""},
+      {"missing file", dir.file("absent"), PSHeaderOutcome::NoPrinterFile, ""},
+      {"no path", "", PSHeaderOutcome::NothingToDo, ""},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);

@@ -1,5 +1,4 @@
-// Opening resource files in tests: an owning pointer for the untyped object, and synthetic forks
-// written to scratch files.
+// Opening resource files in tests, and synthetic forks written to scratch files.
 #pragma once
 
 #include <memory>
@@ -11,16 +10,11 @@
 
 namespace typeprint::test {
 
-struct ResourceFileCloser {
-  void operator()(void* rf) const { FreeResourceFile(rf); }
-};
-using ResourceFilePtr = std::unique_ptr<void, ResourceFileCloser>;
+using ResourceFilePtr = std::unique_ptr<ResourceFile>;
 
 inline ResourceFilePtr openResourceFile(const std::string& path, bool readOnly = true) {
-  return ResourceFilePtr(AllocateResourceFile(path.c_str(), readOnly));
+  return ResourceFile::open(path, readOnly);
 }
-
-inline TypeprintResourceFile& object(const ResourceFilePtr& rf) { return *static_cast<TypeprintResourceFile*>(rf.get()); }
 
 // Writes `fork` as the data fork of `dir/name` (read as a map, as a .dfont is) and opens it.
 inline ResourceFilePtr writeAndOpen(const ScratchDir& dir, const std::string& name, const Bytes& fork) {

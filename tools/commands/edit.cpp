@@ -111,57 +111,56 @@ std::string prepareTarget(const EditArgs& args, CopiedFiles& copied, std::string
 
 // Prepares the file to edit (see prepareTarget) and opens it for writing; 0, or the exit status
 // of the failure, reported.
-int openTarget(const EditArgs& args, CopiedFiles& copied, std::string& target,
-               std::unique_ptr<TypeprintResourceFile>& rf) {
+int openTarget(const EditArgs& args, CopiedFiles& copied, std::string& target, std::unique_ptr<ResourceFile>& rf) {
   std::string error;
   target = prepareTarget(args, copied, &error);
   if (!error.empty()) return failure(args.file, error);
   ResourceOpenFailure why = ResourceOpenFailure::None;
-  rf = TypeprintResourceFile::initWithFile(target, false, &why);
+  rf = ResourceFile::open(target, false, &why);
   if (rf) return 0;
   return failure(args.file, why == ResourceOpenFailure::BeingEdited ? "another process is editing it"
                             : why == ResourceOpenFailure::Unreadable ? "cannot read the file"
                                                                       : "not a resource-fork font file");
 }
 
-bool hasStyle(Handle fond, uint16_t style) {
-  for (const FondEntry& entry : fondEntries(HandleBytes(fond)))
+bool hasStyle(Resource fond, uint16_t style) {
+  for (const FondEntry& entry : fondEntries(fond->data()))
     if (entry.style == style) return true;
   return false;
 }
 
 // Writes the edits; on success the copy is kept and the result reported.
-int finish(TypeprintResourceFile& rf, const std::string& target, CopiedFiles& copied, const std::string& report) {
-  if (!rf.updateResFile()) return failure(target, rf.lastWrite().reason());
+int finish(ResourceFile& rf, const std::string& target, CopiedFiles& copied, const std::string& report) {
+  if (!rf.update()) return failure(target, rf.lastWrite().reason());
   copied.keep();
   std::printf("%s: %s\n", target.c_str(), report.c_str());
   return 0;
 }
 
 // Removes every resource of `type` that no family entry of the right kind refers to.
-size_t purgeUnreferenced(TypeprintResourceFile& rf, uint32_t type, const std::set<int16_t>& referenced) {
-  const int before = rf.countResType(type);
+size_t purgeUnreferenced(ResourceFile& rf, uint32_t type, const std::set<int16_t>& referenced) {
+  const int before = rf.count(type);
   purgeAllButOfType(rf, referenced, type);
-  return size_t(before - rf.countResType(type));
+  return size_t(before - rf.count(type));
 }
 
 int runPurge(const EditArgs& args) {
   const int16_t style = args.style;
   CopiedFiles copied;
   std::string target;
-  std::unique_ptr<TypeprintResourceFile> rf;
+  std::unique_ptr<ResourceFile> rf;
   if (int status = openTarget(args, copied, target, rf)) return status;
 
   size_t families = 0;
   std::set<int16_t> bitmaps, outlines;
-  for (int16_t id : rf->getSortedResIDsForType(kTypeFOND)) {
-    Handle fond = rf->getResourceHandleForType(kTypeFOND, id);
+  for (int16_t id : rf->sortedIDs(kTypeFOND)) {
+    Resource fond = rf->find(kTypeFOND, id);
     // A family without the style keeps all its faces.
     if (hasStyle(fond, uint16_t(style))) {
       purgeAllButFromFOND(*rf, style, fond);
       ++families;
     }
-    for (const FondEntry& entry : fondEntries(HandleBytes(fond))) (entry.isOutline() ? outlines : bitmaps).insert(entry.resID);
+    for (const FondEntry& entry : fondEntries(fond->data())) (entry.isOutline() ? outlines : bitmaps).insert(entry.resID);
   }
   if (families == 0) return failure(args.file, "no family has style " + std::to_string(style));
   const size_t removedBitmaps = purgeUnreferenced(*rf, kTypeNFNT, bitmaps);
@@ -175,20 +174,19 @@ int runPromote(const EditArgs& args) {
   const int16_t style = args.style;
   CopiedFiles copied;
   std::string target;
-  std::unique_ptr<TypeprintResourceFile> rf;
+  std::unique_ptr<ResourceFile> rf;
   if (int status = openTarget(args, copied, target, rf)) return status;
 
-  const std::vector<int16_t> families = rf->getSortedResIDsForType(kTypeFOND);
+  const std::vector<int16_t> families = rf->sortedIDs(kTypeFOND);
   if (!args.family && families.size() != 1)
     return failure(args.file, families.empty() ? "no family" : "several families: choose one with --family ID");
   const int16_t id = args.family.value_or(families.empty() ? 0 : families[0]);
-  Handle fond = rf->getResourceHandleForType(kTypeFOND, id);
+  Resource fond = rf->find(kTypeFOND, id);
   if (!fond) return failure(args.file, "no family with ID " + std::to_string(id));
   if (!hasStyle(fond, uint16_t(style)))
     return failure(args.file, "family " + std::to_string(id) + " has no style " + std::to_string(style));
   promoteFOND(*rf, fond, style);
-  std::string name;
-  rf->getResInfo(fond, nullptr, nullptr, &name);
+  const std::string name = fond->hasName ? fond->name : std::string();
   return finish(*rf, target, copied,
                 "style " + std::to_string(style) + " of family " + std::to_string(id) + " is now plain, family \"" +
                     name + "\"");
