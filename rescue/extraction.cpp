@@ -26,7 +26,7 @@
 namespace typeprint::rescue {
 namespace {
 
-using ResourceFilePtr = std::unique_ptr<TypeprintResourceFile>;
+using ResourceFilePtr = std::unique_ptr<ResourceFile>;
 
 constexpr uint32_t kSfntVersionTrueType = 0x00010000;
 constexpr uint16_t kBoldStyle = 0x01;
@@ -34,7 +34,7 @@ constexpr uint16_t kItalicStyle = 0x02;
 // A FONT resource's ID is family * 128 + point size; size 0 only names the family.
 constexpr int kFontIDSizeBits = 7;
 
-SourceLayout layoutOf(const TypeprintResourceFile& rf) {
+SourceLayout layoutOf(const ResourceFile& rf) {
   const FileForks& forks = rf.forks();
   SourceLayout layout;
   switch (forks.source) {
@@ -58,14 +58,13 @@ std::string styleName(uint16_t style) {
 
 std::vector<uint8_t> copyOf(ByteSpan bytes) { return {bytes.begin(), bytes.end()}; }
 
-ByteSpan resourceBytes(TypeprintResourceFile& rf, uint32_t type, int16_t id) {
-  return HandleBytes(rf.getResourceHandleForType(type, id));
+ByteSpan resourceBytes(const ResourceFile& rf, uint32_t type, int16_t id) {
+  return dataOf(rf.find(type, id));
 }
 
-std::string resourceName(TypeprintResourceFile& rf, uint32_t type, int16_t id) {
-  std::string name;
-  GetResInfo(rf.getResourceHandleForType(type, id), nullptr, nullptr, &name);
-  return name;
+std::string resourceName(const ResourceFile& rf, uint32_t type, int16_t id) {
+  Resource resource = rf.find(type, id);
+  return resource ? resource->name : std::string();
 }
 
 // The face a family entry names: which family and style reach an outline or strike resource.
@@ -79,14 +78,14 @@ struct FaceRef {
 
 // The face checksum of a family face chains the family's kerning pairs of the style and every
 // outline resource the style lists before the outline itself.
-std::string checksumAlsoCovers(TypeprintResourceFile& rf, Handle fond, uint16_t style, int16_t outlineID) {
+std::string checksumAlsoCovers(const ResourceFile& rf, ByteSpan fond, uint16_t style, int16_t outlineID) {
   std::string covers;
   const auto add = [&](const std::string& part) { covers += (covers.empty() ? "" : " and ") + part; };
-  std::optional<FondMetrics> metrics = readFondMetrics(HandleBytes(fond));
+  std::optional<FondMetrics> metrics = readFondMetrics(fond);
   const StyleKerning* kerning = metrics ? metrics->kerningFor(style) : nullptr;
   if (kerning && !kerning->pairs.empty()) add("the family's kerning pairs");
   for (int16_t id : getSortedNFNTsForFOND(fond, int16_t(style)))
-    if (id != outlineID && GetHandleSize(rf.getResourceHandleForType(kTypeSfnt, id)) > 0) add("sfnt " + std::to_string(id));
+    if (id != outlineID && !resourceBytes(rf, kTypeSfnt, id).empty()) add("sfnt " + std::to_string(id));
   return covers;
 }
 
@@ -94,26 +93,27 @@ class Planner {
  public:
   Planner(SourcePlan& plan, const ExtractOptions& options) : plan_(plan), options_(options) {}
 
-  void planFile(TypeprintResourceFile& rf) {
+  void planFile(ResourceFile& rf) {
     const SourceLayout layout = layoutOf(rf);
     plan_.layout = layout;
     std::map<int16_t, FaceRef> outlineFaces, strikeFaces;
-    for (int16_t id : rf.getSortedResIDsForType(kTypeFOND)) {
-      Handle fond = rf.getResourceHandleForType(kTypeFOND, id);
-      const std::string family = getResourceNameFromFOND(rf, fond);
-      for (const FondEntry& entry : fondEntries(HandleBytes(fond))) {
+    for (int16_t id : rf.sortedIDs(kTypeFOND)) {
+      Resource fondResource = rf.find(kTypeFOND, id);
+      const std::string family = getResourceNameFromFOND(rf, fondResource);
+      const ByteSpan fond = fondResource->data();
+      for (const FondEntry& entry : fondEntries(fond)) {
         FaceRef face{id, entry.style, entry.pointSize, family, ""};
         if (entry.isOutline()) face.checksumAlsoCovers = checksumAlsoCovers(rf, fond, entry.style, entry.resID);
         auto& faces = entry.isOutline() ? outlineFaces : strikeFaces;
         faces.emplace(entry.resID, face);
       }
     }
-    for (int16_t id : rf.getSortedResIDsForType(kTypeSfnt)) planSfnt(rf, id, outlineFaces, layout);
+    for (int16_t id : rf.sortedIDs(kTypeSfnt)) planSfnt(rf, id, outlineFaces, layout);
     planPrinterFontsOfFamilies(rf);
-    if (rf.countResType(kTypePOST) > 0) planPrinterFont(rf, layout, nullptr, 0, std::nullopt);
+    if (rf.count(kTypePOST) > 0) planPrinterFont(rf, layout, nullptr, 0, std::nullopt);
     if (options_.bitmaps) {
       for (uint32_t type : {kTypeNFNT, kTypeFONT})
-        for (int16_t id : rf.getSortedResIDsForType(type)) planStrike(rf, type, id, strikeFaces, layout);
+        for (int16_t id : rf.sortedIDs(type)) planStrike(rf, type, id, strikeFaces, layout);
     }
   }
 
@@ -132,7 +132,7 @@ class Planner {
     return name;
   }
 
-  void planSfnt(TypeprintResourceFile& rf, int16_t id, const std::map<int16_t, FaceRef>& faces,
+  void planSfnt(ResourceFile& rf, int16_t id, const std::map<int16_t, FaceRef>& faces,
                 const SourceLayout& layout) {
     const ByteSpan bytes = resourceBytes(rf, kTypeSfnt, id);
     BEReader head(bytes);
@@ -149,7 +149,7 @@ class Planner {
       psName = face != faces.end() ? face->second.family + "-" + styleName(face->second.style) : "sfnt-" + std::to_string(id);
     file.fileName = uniqueName(psName, file.format, id);
     file.bytes = copyOf(bytes);
-    file.fromPath = rf.file();
+    file.fromPath = rf.path();
     file.fromLayout = layout;
     file.resourceType = "sfnt";
     file.resourceID = id;
@@ -164,12 +164,12 @@ class Planner {
   }
 
   // Each face whose outline lives in a printer file, found the way the library finds it.
-  void planPrinterFontsOfFamilies(TypeprintResourceFile& rf) {
-    for (int16_t id : rf.getSortedResIDsForType(kTypeFOND)) {
-      Handle fond = rf.getResourceHandleForType(kTypeFOND, id);
+  void planPrinterFontsOfFamilies(ResourceFile& rf) {
+    for (int16_t id : rf.sortedIDs(kTypeFOND)) {
+      const ByteSpan fond = resourceBytes(rf, kTypeFOND, id);
       std::optional<FondMetrics> metrics;
       if (options_.afm) {
-        metrics = readFondMetrics(HandleBytes(fond));
+        metrics = readFondMetrics(fond);
         if (!metrics) return fail("FOND " + std::to_string(id) + " has a damaged width or kerning table");
       }
       for (int16_t style : getSortedStylesForFOND(fond)) {
@@ -180,32 +180,32 @@ class Planner {
                                 " (FOND " + std::to_string(id) + ", style " + std::to_string(style) + ") not found");
           continue;
         }
-        if (*path == rf.file() || !plan_.printerFiles.insert(*path).second) continue;
+        if (*path == rf.path() || !plan_.printerFiles.insert(*path).second) continue;
         ResourceOpenFailure why = ResourceOpenFailure::None;
-        ResourceFilePtr printer = TypeprintResourceFile::initWithFile(*path, true, &why);
+        ResourceFilePtr printer = ResourceFile::open(*path, true, &why);
         if (!printer) return fail("printer file " + *path + " holds no readable resource map");
         planPrinterFont(*printer, layoutOf(*printer), metrics ? &*metrics : nullptr, uint16_t(style), id);
       }
     }
   }
 
-  void planPrinterFont(TypeprintResourceFile& printer, const SourceLayout& layout, const FondMetrics* family,
+  void planPrinterFont(ResourceFile& printer, const SourceLayout& layout, const FondMetrics* family,
                        uint16_t style, std::optional<int16_t> familyID) {
     std::vector<PostResource> all;
-    for (int16_t id : printer.getSortedResIDsForType(kTypePOST))
+    for (int16_t id : printer.sortedIDs(kTypePOST))
       all.push_back({id, resourceBytes(printer, kTypePOST, id)});
     const std::vector<PostResource> resources = orderedPostResources(all);
-    if (resources.empty()) return fail(printer.file() + " has no POST resource from 501 on");
+    if (resources.empty()) return fail(printer.path() + " has no POST resource from 501 on");
     const std::vector<uint8_t> text = clearText(resources);
     const Type1FontInfo info = readType1FontInfo(text);
-    const std::string base = info.fontName.empty() ? lastPathComponent(printer.file()) : info.fontName;
+    const std::string base = info.fontName.empty() ? lastPathComponent(printer.path()) : info.fontName;
 
     PlannedFile font;
     const PrinterFontBytes written = options_.pfa ? writePfa(resources) : writePfb(resources);
     font.format = options_.pfa ? "pfa" : "pfb";
     font.fileName = uniqueName(base, font.format, resources.front().id);
     font.bytes = written.bytes;
-    font.fromPath = printer.file();
+    font.fromPath = printer.path();
     font.fromLayout = layout;
     font.resourceType = "POST";
     font.resourceID = resources.front().id;
@@ -217,8 +217,8 @@ class Planner {
       if (!family) {
         font.notes.push_back("no family record names this printer font: no .afm");
       } else {
-        const PrinterFontBytes pfb = options_.pfa ? writePfb(resources) : written;
-        PlannedFile metrics = afmFor(info, pfb.bytes, *family, style);
+        const std::vector<uint8_t> encrypted = binaryPart(resources);
+        PlannedFile metrics = afmFor(info, encrypted, *family, style);
         metrics.fileName = uniqueName(base, "afm", *familyID);
         metrics.fromPath = plan_.path;
         metrics.fromLayout = plan_.layout;
@@ -234,11 +234,11 @@ class Planner {
     plan_.files.push_back(std::move(font));
   }
 
-  PlannedFile afmFor(const Type1FontInfo& info, const std::vector<uint8_t>& pfb, const FondMetrics& family,
+  PlannedFile afmFor(const Type1FontInfo& info, const std::vector<uint8_t>& encrypted, const FondMetrics& family,
                      uint16_t style) {
     PlannedFile file;
     file.format = "afm";
-    const AfmFont font = buildAfmFont(info, readGlyphMetrics(binaryOfPfb(pfb)), family, style);
+    const AfmFont font = buildAfmFont(info, readGlyphMetrics(encrypted), family, style);
     if (!family.widthsFor(style)) file.notes.push_back("family has no widths for this style: outline widths used");
     if (!family.kerningFor(style)) file.notes.push_back("family has no kerning for this style");
     if (font.droppedPairs)
@@ -248,23 +248,7 @@ class Planner {
     return file;
   }
 
-  // The binary segments of PFB bytes, joined.
-  static std::vector<uint8_t> binaryOfPfb(const std::vector<uint8_t>& pfb) {
-    std::vector<uint8_t> binary;
-    BEReader r(pfb);
-    while (r.remaining() >= 2) {
-      r.skip(1);
-      const uint8_t kind = r.u8();
-      if (kind != 1 && kind != 2) break;
-      uint32_t length = 0;
-      for (int i = 0; i < 4; ++i) length |= uint32_t(r.u8()) << (8 * i);
-      ByteSpan body = r.span(length);
-      if (kind == 2) binary.insert(binary.end(), body.begin(), body.end());
-    }
-    return binary;
-  }
-
-  void planStrike(TypeprintResourceFile& rf, uint32_t type, int16_t id, const std::map<int16_t, FaceRef>& faces,
+  void planStrike(ResourceFile& rf, uint32_t type, int16_t id, const std::map<int16_t, FaceRef>& faces,
                   const SourceLayout& layout) {
     const std::string typeName = type == kTypeNFNT ? "NFNT" : "FONT";
     const ByteSpan bytes = resourceBytes(rf, type, id);
@@ -287,7 +271,7 @@ class Planner {
     file.fileName = uniqueName(face.family + "-" + styleName(face.style) + "-" + std::to_string(face.pointSize), "bdf", id);
     const std::string text = writeBdf(*strike, face);
     file.bytes.assign(text.begin(), text.end());
-    file.fromPath = rf.file();
+    file.fromPath = rf.path();
     file.fromLayout = layout;
     file.resourceType = typeName;
     file.resourceID = id;
@@ -336,7 +320,7 @@ SourcePlan planExtraction(const std::string& path, const ExtractOptions& options
   SourcePlan plan;
   plan.path = path;
   ResourceOpenFailure why = ResourceOpenFailure::None;
-  ResourceFilePtr rf = TypeprintResourceFile::initWithFile(path, true, &why);
+  ResourceFilePtr rf = ResourceFile::open(path, true, &why);
   if (!rf) {
     std::optional<FileForks> forks = why == ResourceOpenFailure::Unreadable ? std::nullopt : openForks(path);
     if (!forks) {

@@ -124,11 +124,19 @@ PrinterFontBytes writePfa(const std::vector<PostResource>& resources) {
   return {std::move(out), blocks.sawEndMarker};
 }
 
-std::vector<uint8_t> clearText(const std::vector<PostResource>& resources) {
-  std::vector<uint8_t> text;
+namespace {
+
+std::vector<uint8_t> joined(const std::vector<PostResource>& resources, uint8_t kind) {
+  std::vector<uint8_t> bytes;
   for (const Block& block : readBlocks(resources).list)
-    if (block.kind == kPostText) text.insert(text.end(), block.bytes.begin(), block.bytes.end());
-  return text;
+    if (block.kind == kind) bytes.insert(bytes.end(), block.bytes.begin(), block.bytes.end());
+  return bytes;
 }
+
+}  // namespace
+
+std::vector<uint8_t> clearText(const std::vector<PostResource>& resources) { return joined(resources, kPostText); }
+
+std::vector<uint8_t> binaryPart(const std::vector<PostResource>& resources) { return joined(resources, kPostBinary); }
 
 }  // namespace typeprint::rescue

@@ -49,5 +49,7 @@ PrinterFontBytes writePfa(const std::vector<PostResource>& resources);
 // The clear-text bytes of the font (kind 1 resources translated as above, up to the end
 // marker), where its header dictionary lives.
 std::vector<uint8_t> clearText(const std::vector<PostResource>& resources);
+// The binary bytes of the font (kind 2 resources, up to the end marker): its encrypted part.
+std::vector<uint8_t> binaryPart(const std::vector<PostResource>& resources);
 
 }  // namespace typeprint::rescue
