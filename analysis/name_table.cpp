@@ -106,6 +106,8 @@ ByteSpan recordString(const SfntBytes& font, uint32_t tableOffset, uint16_t stri
 // Reads every accepted record into the slots; true when one of them gave a non-empty text.
 bool readNameRecords(const SfntBytes& font, NameSlots& slots) {
   std::optional<TDirectoryEntry> entry = FindSpecifiedTable(font, "name");
+  if (!entry && font.size() < kSfntHeaderSize + kDirectoryEntrySize)
+    return TP_REFUSE_WHOLE(kTopic, "a font of %zu bytes is too short for a table directory", font.size());
   if (!entry) return TP_REFUSE_WHOLE(kTopic, "no name table in the table directory");
   if (!ValidateDirectoryEntry(&*entry, font) || entry->offset == 0 || entry->offset >= font.size())
     return TP_REFUSE(kTopic, entry->entryOffset, "name table offset 0x%X, length 0x%X, beyond the font's 0x%zX bytes",

@@ -149,6 +149,7 @@ bool walkResourceForks(const char* path, const FileForks& forks, uint32_t mask, 
   for (int f = 1; f <= familyRounds; ++f) {
     Resource fond = rf ? rf->at(kTypeFOND, f) : nullptr;
     const int16_t styles = getCountOfUniqueStyles(dataOf(fond));
+    if (fond) TP_NOTE("family", "family %d: %zu bytes, %d styles", int(fond->id), fond->data().size, int(styles));
     const int styleRounds = styles == 0 ? 1 : styles;
     int16_t firstRes = -1;  // kept from style to style when the family has no data
     for (int s = 0; s < styleRounds; ++s) found |= collectFace(walk, fond, s, firstRes, array);

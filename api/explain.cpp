@@ -9,15 +9,18 @@
 namespace typeprint {
 namespace {
 
-// A file that cannot be read, a resource fork whose map is damaged, or a damaged collection says
-// so before anything else is tried; otherwise the last refusal is the one that ended the walk.
-// The probe of a data fork for a resource map refuses every plain font, so it counts only for a
-// `.dfont` (whose map is in its data fork) or when nothing else was refused.
+// A file that cannot be read or whose container is damaged says so first of all; a `.dfont` keeps
+// its map in its data fork; a resource fork whose map is damaged, or a damaged collection, comes
+// before what was tried after it; otherwise the last refusal is the one that ended the walk. The
+// probe of a data fork for a resource map refuses every plain font, so it counts only when
+// nothing else was refused.
 std::optional<DiagnosticEntry> reasonFor(const std::string& path, const DiagnosticLog& log) {
-  for (const char* topic : {"file", "resource map", "collection"})
-    if (const DiagnosticEntry* first = log.firstRefusal({topic})) return *first;
+  const DiagnosticEntry* first = log.firstRefusal();
+  if (first && (std::string(first->topic) == "file" || std::string(first->topic) == "container")) return *first;
   if (fontTypeFromExtension(path.c_str()) == kExtDfont)
     if (const DiagnosticEntry* map = log.firstRefusal({"data fork as resource map"})) return *map;
+  for (const char* topic : {"resource map", "collection"})
+    if (const DiagnosticEntry* found = log.firstRefusal({topic})) return *found;
   const DiagnosticEntry* probe = nullptr;
   for (auto it = log.entries().rbegin(); it != log.entries().rend(); ++it) {
     if (!it->refusal) continue;

@@ -118,7 +118,13 @@ FaceOutcome collectSfntNames(TFontData& fd, Resource fond, short style, UxString
                              UxString* styledName, UxString* fullName, UxString* windowsFullName,
                              uint32_t* kerningChecksum) {
   loadFontDataIntoMemory(fd, fond, style);
-  if (!fd.data.data) return FaceOutcome::NoNames;
+  if (!fd.data.data) {
+    // An unknown kind loads nothing, and its refusal says why already.
+    if (fd.fontKind == kFontKindUnknown) return FaceOutcome::NoNames;
+    if (fd.isResourceFont) TP_REFUSE_WHOLE("face", "style %d has no outline resource to read", int(style));
+    else TP_REFUSE_WHOLE("face", "the data fork is empty or too large to read as a font");
+    return FaceOutcome::NoNames;
+  }
   if (fd.fontKind == kFontKindOpenTypeTT) kind = fontKindString(kFontKindOpenTypeTT);
   const bool gotNames = getMetaDataFromNamesTable(fd.font(), foundry, family, version, postScriptName, styledName,
                                                   fullName, windowsFullName);

@@ -1,6 +1,7 @@
 #include "platform/linux/apple_double.h"
 
 #include "base/be_writer.h"
+#include "base/diagnostics.h"
 
 namespace typeprint {
 namespace {
@@ -10,6 +11,7 @@ constexpr uint32_t kVersion2 = 0x00020000;
 constexpr size_t kFillerSize = 16;
 constexpr size_t kHeaderSize = 26;
 constexpr size_t kDescriptorSize = 12;
+constexpr const char* kTopic = "container";
 
 uint32_t finderInfoWord(const AppleFile& file, size_t offset) {
   const AppleEntry* info = file.entry(kAppleEntryFinderInfo);
@@ -49,14 +51,21 @@ std::optional<AppleFile> readAppleFile(ByteSpan bytes) {
   file.version = r.u32();
   file.filler = r.span(kFillerSize);
   uint16_t count = r.u16();
-  if (!r.ok()) return std::nullopt;
+  // Without the magic number the bytes are simply not this format: nothing to report.
   if (file.magic != kAppleSingleMagic && file.magic != kAppleDoubleMagic) return std::nullopt;
-  if (file.version != kVersion1 && file.version != kVersion2) return std::nullopt;
-  if (count > r.remaining() / kDescriptorSize) return std::nullopt;
+  if (!r.ok()) return TP_REFUSE(kTopic, 0, "AppleSingle/AppleDouble header cut short at %zu bytes", bytes.size);
+  if (file.version != kVersion1 && file.version != kVersion2)
+    return TP_REFUSE(kTopic, 4, "AppleSingle/AppleDouble version %08X is not 1 or 2", file.version);
+  if (count > r.remaining() / kDescriptorSize)
+    return TP_REFUSE(kTopic, 24, "AppleSingle/AppleDouble entry count %u exceeds the %zu bytes after the header",
+                     unsigned(count), r.remaining());
   file.entries.reserve(count);
   for (uint16_t i = 0; i < count; ++i) {
     uint32_t id = r.u32(), offset = r.u32(), length = r.u32();
-    if (offset > bytes.size || length > bytes.size - offset) return std::nullopt;
+    if (offset > bytes.size || length > bytes.size - offset)
+      return TP_REFUSE(kTopic, 26 + kDescriptorSize * i,
+                       "AppleSingle/AppleDouble entry %u at 0x%X, 0x%X bytes, runs past the file's 0x%zX bytes", id,
+                       offset, length, bytes.size);
     file.entries.push_back({id, bytes.sub(offset, length)});
   }
   return file;

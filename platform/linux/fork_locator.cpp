@@ -1,8 +1,11 @@
 #include "platform/linux/fork_locator.h"
 
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <initializer_list>
 
+#include "base/diagnostics.h"
 #include "platform/linux/apple_double.h"
 #include "platform/linux/mac_binary.h"
 
@@ -146,7 +149,7 @@ std::optional<FileForks> forksFromMacosxMirror(std::shared_ptr<const MappedFile>
 
 std::optional<FileForks> openForks(const std::string& path) {
   auto file = MappedFile::open(path);
-  if (!file) return std::nullopt;
+  if (!file) return TP_REFUSE_WHOLE("file", "cannot read the file: %s", std::strerror(errno));
   using Place = std::optional<FileForks> (*)(std::shared_ptr<const MappedFile>);
   for (Place place : {forksFromContainer, forksFromDotUnderscore, forksFromNetatalk, forksFromPercentDouble,
                       forksFromResourceFolder, forksFromResourceFrk, forksFromMacosxMirror}) {

@@ -72,14 +72,14 @@ TEST(Checksums, KerningChecksumFallsBackToGlyfAndNeedsAValidTable) {  // real fo
 TEST(Checksums, FileCrcCoversTheDataForkThenTheResourceFork) {
   uint32_t crc = 0x6CEF5D8F;  // already the file's CRC (Python's zlib.crc32): false, nothing changed
   EXPECT_FALSE(CChecksum::CalculateFileChecksum(test::fontPath("sfnt/DejaVuSans-kern.ttf"), &crc, nullptr));
-  const Bytes data = test::asciiBytes("data"), resource = test::asciiBytes("rsrc!");
+  const Bytes data = test::bytesOf("data"), resource = test::bytesOf("rsrc!");
   FileForks forks;
   forks.dataFork = ByteSpan(data);
   forks.resourceFork = ByteSpan(resource);
   uint32_t dataFork = 0;
   EXPECT_TRUE(CChecksum::CalculateFileChecksum(&forks, &crc, &dataFork));
   EXPECT_EQ(dataFork, zlibCrc(0, data));
-  EXPECT_EQ(crc, zlibCrc(0, test::asciiBytes("datarsrc!")));
+  EXPECT_EQ(crc, zlibCrc(0, test::bytesOf("datarsrc!")));
   EXPECT_TRUE(CChecksum::CalculateFileChecksum(&forks, &crc, nullptr));  // unchanged, but a resource fork
 }
 

@@ -7,7 +7,7 @@
 namespace typeprint {
 namespace {
 
-using test::asciiBytes;
+using test::bytesOf;
 using test::Bytes;
 using test::NameRecordSpec;
 using test::utf16be;
@@ -22,13 +22,13 @@ std::string readNames(const Bytes& font) {
 std::string readNames(const std::vector<NameRecordSpec>& records) { return readNames(test::fontWithNames(records)); }
 std::string family(const std::string& name) { return "|" + name + "|||" + name + " Regular||"; }
 
-NameRecordSpec mac(uint16_t nameID, const std::string& text) { return {1, 0, 0, nameID, asciiBytes(text)}; }
+NameRecordSpec mac(uint16_t nameID, const std::string& text) { return {1, 0, 0, nameID, bytesOf(text)}; }
 NameRecordSpec winUS(uint16_t nameID, const std::u16string& text) { return {3, 1, 0x409, nameID, utf16be(text)}; }
 
 TEST(NameTable, ChoosesDecodesAndDerivesNames) {
-  const NameRecordSpec iso{2, 0, 0, 1, asciiBytes("Iso")}, win{3, 1, 0x407, 1, utf16be(u"Win")};
+  const NameRecordSpec iso{2, 0, 0, 1, bytesOf("Iso")}, win{3, 1, 0x407, 1, utf16be(u"Win")};
   const struct { const char* what; std::vector<NameRecordSpec> records; std::string names; } rows[] = {
-      {"first of any", {iso, {0, 0, 0, 1, asciiBytes("Uni")}}, family("Iso")},
+      {"first of any", {iso, {0, 0, 0, 1, bytesOf("Uni")}}, family("Iso")},
       {"Windows US beats Windows", {win, winUS(1, u"US")}, family("US")},
       {"Mac English after Windows US replaces it", {winUS(1, u"US"), mac(1, "Mac"), winUS(1, u"Later")}, family("Mac")},
       {"UTF-16, non-ASCII", {winUS(1, u"Caf\u00e9")}, family("Caf\xC3\xA9")},

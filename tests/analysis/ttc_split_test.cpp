@@ -109,7 +109,7 @@ TEST(TtcSplit, SeparatesEveryFaceAndReportsTheLastFailure) {
   EXPECT_EQ(TrueTypeCollectionFont::SeparateTTCFonts(test::fontPath("sfnt/DejaVuSans-3faces.ttc"), good.path(), paths),
             kTTCSuccess);
   EXPECT_EQ(paths, (std::vector<std::string>{good.file("0.ttf"), good.file("2.ttf"), good.file("3.ttf")}));
-  EXPECT_EQ(zlibCrc(test::asciiBytes(test::readFile(good.file("3.ttf")))), 0x369AC099u);
+  EXPECT_EQ(zlibCrc(test::bytesOf(test::readFile(good.file("3.ttf")))), 0x369AC099u);
   // Face 0's offset table points past the end; face 1 is still written.
   const Bytes ttc = twoFaceCollection();
   test::writeFile(damaged.file("c.ttc"), text(test::patchU32(ttc, TtcBuilder::faceOffsetEntry(0), uint32_t(ttc.size()))));

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace typeprint::test {
@@ -31,10 +32,6 @@ inline Bytes truncated(Bytes b, size_t size) {
   if (size < b.size()) b.resize(size);
   return b;
 }
-inline Bytes bytesOf(const char* text) {
-  Bytes b;
-  while (*text) b.push_back(uint8_t(*text++));
-  return b;
-}
+inline Bytes bytesOf(const std::string& text) { return Bytes(text.begin(), text.end()); }
 
 }  // namespace typeprint::test

@@ -1,17 +1,9 @@
 #include "builders/fond_builder.h"
 
+#include "base/be_writer.h"
+
 namespace typeprint::test {
 namespace {
-
-void putU16(Bytes& b, uint16_t v) {
-  b.push_back(uint8_t(v >> 8));
-  b.push_back(uint8_t(v));
-}
-
-void putU32(Bytes& b, uint32_t v) {
-  putU16(b, uint16_t(v >> 16));
-  putU16(b, uint16_t(v));
-}
 
 constexpr size_t kHeaderSize = 52;
 
@@ -51,13 +43,13 @@ FondBuilder& FondBuilder::styleIndex(int index, uint8_t stringNumber) {
 
 FondBuilder& FondBuilder::postScriptNames(const std::string& base,
                                           const std::vector<std::pair<int, std::string>>& suffixes) {
-  std::vector<Bytes> strings{bytesOf(base.c_str())};
+  std::vector<Bytes> strings{bytesOf(base)};
   const size_t firstSuffix = 2 + suffixes.size();
   for (size_t i = 0; i < suffixes.size(); ++i) {
     strings.push_back(Bytes{uint8_t(firstSuffix + i)});
     styleIndex(suffixes[i].first, uint8_t(2 + i));
   }
-  for (const auto& suffix : suffixes) strings.push_back(bytesOf(suffix.second.c_str()));
+  for (const auto& suffix : suffixes) strings.push_back(bytesOf(suffix.second));
   return styleStrings(std::move(strings));
 }
 
@@ -75,48 +67,44 @@ FondBuilder::Layout FondBuilder::layout() const {
 
 Bytes FondBuilder::build() const {
   const Layout l = layout();
-  Bytes b;
-  putU16(b, 0x1000);  // flags
-  putU16(b, uint16_t(familyID_));
-  putU16(b, 0);    // first character
-  putU16(b, 255);  // last character
-  while (b.size() < 16) b.push_back(0);
-  putU32(b, 0);  // no glyph-width table
-  putU32(b, uint32_t(l.kernTable));
-  putU32(b, uint32_t(l.styleTable));
-  while (b.size() < 48) b.push_back(0);
-  putU16(b, uint16_t(intl1_));
-  putU16(b, 2);  // version
-  putU16(b, uint16_t(entries_.size() - 1));
-  for (const Entry& e : entries_) {
-    putU16(b, uint16_t(e.pointSize));
-    putU16(b, e.style);
-    putU16(b, uint16_t(e.resID));
-  }
+  BEWriter b;
+  b.u16(0x1000);  // flags
+  b.u16(uint16_t(familyID_));
+  b.u16(0);    // first character
+  b.u16(255);  // last character
+  b.zeros(8);
+  b.u32(0);  // no glyph-width table
+  b.u32(uint32_t(l.kernTable));
+  b.u32(uint32_t(l.styleTable));
+  b.zeros(20);
+  b.u16(uint16_t(intl1_));
+  b.u16(2);  // version
+  b.u16(uint16_t(entries_.size() - 1));
+  for (const Entry& e : entries_)
+    for (uint16_t field : {uint16_t(e.pointSize), e.style, uint16_t(e.resID)}) b.u16(field);
   if (!kerning_.empty()) {
-    putU16(b, uint16_t(kerning_.size() - 1));
+    b.u16(uint16_t(kerning_.size() - 1));
     for (const Kern& k : kerning_) {
-      putU16(b, k.style);
-      putU16(b, uint16_t(k.pairCount));
+      b.u16(k.style);
+      b.u16(uint16_t(k.pairCount));
       for (int i = 0; i < k.pairCount; ++i) {
-        b.push_back(uint8_t(i));
-        b.push_back(uint8_t(i + 1));
-        putU16(b, uint16_t(i));
+        b.u8(uint8_t(i));
+        b.u8(uint8_t(i + 1));
+        b.u16(uint16_t(i));
       }
     }
   }
   if (hasStyleTable_) {
-    putU16(b, 0x005D);  // font class
-    putU32(b, 0);       // no glyph-encoding subtable
-    putU32(b, 0);
-    b.insert(b.end(), index_, index_ + 48);
-    putU16(b, uint16_t(strings_.size()));
+    b.u16(0x005D);  // font class
+    b.zeros(8);     // no glyph-encoding subtable
+    b.bytes(ByteSpan(index_, 48));
+    b.u16(uint16_t(strings_.size()));
     for (const Bytes& s : strings_) {
-      b.push_back(uint8_t(s.size()));
-      b.insert(b.end(), s.begin(), s.end());
+      b.u8(uint8_t(s.size()));
+      b.bytes(s);
     }
   }
-  return b;
+  return b.take();
 }
 
 }  // namespace typeprint::test

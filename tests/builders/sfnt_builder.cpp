@@ -1,24 +1,8 @@
 #include "builders/sfnt_builder.h"
 
+#include "base/be_writer.h"
+
 namespace typeprint::test {
-
-Bytes patchU16(Bytes bytes, size_t at, uint16_t value) {
-  bytes.at(at) = uint8_t(value >> 8);
-  bytes.at(at + 1) = uint8_t(value);
-  return bytes;
-}
-
-Bytes patchU32(Bytes bytes, size_t at, uint32_t value) {
-  for (int i = 0; i < 4; ++i) bytes.at(at + i) = uint8_t(value >> (24 - 8 * i));
-  return bytes;
-}
-
-Bytes truncated(Bytes bytes, size_t size) {
-  if (size < bytes.size()) bytes.resize(size);
-  return bytes;
-}
-
-Bytes asciiBytes(const std::string& text) { return Bytes(text.begin(), text.end()); }
 
 Bytes utf16be(const std::u16string& text) {
   Bytes out;
@@ -40,16 +24,6 @@ uint32_t wordSum(const Bytes& bytes) {
 }
 
 namespace {
-
-void putU16(Bytes& out, uint16_t v) {
-  out.push_back(uint8_t(v >> 8));
-  out.push_back(uint8_t(v));
-}
-
-void putU32(Bytes& out, uint32_t v) {
-  putU16(out, uint16_t(v >> 16));
-  putU16(out, uint16_t(v));
-}
 
 size_t padded(size_t n) { return (n + 3) & ~size_t(3); }
 
@@ -73,56 +47,43 @@ size_t SfntBuilder::tableOffset(size_t index) const {
 }
 
 Bytes SfntBuilder::build() const {
-  Bytes out;
-  putU32(out, version_);
-  putU16(out, uint16_t(tables_.size()));
-  putU16(out, 0);
-  putU16(out, 0);
-  putU16(out, 0);
+  BEWriter out;
+  out.u32(version_);
+  out.u16(uint16_t(tables_.size()));
+  out.zeros(6);
   for (size_t i = 0; i < tables_.size(); ++i) {
     std::string tag = tables_[i].tag;
     tag.resize(4, ' ');
-    out.insert(out.end(), tag.begin(), tag.end());
-    putU32(out, wordSum(tables_[i].data));
-    putU32(out, uint32_t(tableOffset(i)));
-    putU32(out, uint32_t(tables_[i].data.size()));
+    out.bytes(ByteSpan(reinterpret_cast<const uint8_t*>(tag.data()), 4));
+    out.u32(wordSum(tables_[i].data));
+    out.u32(uint32_t(tableOffset(i)));
+    out.u32(uint32_t(tables_[i].data.size()));
   }
   for (size_t i = 0; i < tables_.size(); ++i) {
-    out.insert(out.end(), tables_[i].data.begin(), tables_[i].data.end());
-    bool last = i + 1 == tables_.size();
-    if (!(last && unpaddedEnd_)) out.resize(padded(out.size()), 0);
+    out.bytes(tables_[i].data);
+    if (i + 1 < tables_.size() || !unpaddedEnd_) out.align(4);
   }
-  return out;
+  return out.take();
 }
 
 Bytes nameTable(const std::vector<NameRecordSpec>& records) {
-  Bytes out, strings;
-  putU16(out, 0);
-  putU16(out, uint16_t(records.size()));
-  putU16(out, uint16_t(6 + 12 * records.size()));
+  BEWriter out, strings;
+  out.u16(0);
+  out.u16(uint16_t(records.size()));
+  out.u16(uint16_t(6 + 12 * records.size()));
   for (const NameRecordSpec& r : records) {
-    putU16(out, r.platformID);
-    putU16(out, r.encodingID);
-    putU16(out, r.languageID);
-    putU16(out, r.nameID);
-    putU16(out, uint16_t(r.text.size()));
-    putU16(out, uint16_t(strings.size()));
-    strings.insert(strings.end(), r.text.begin(), r.text.end());
+    for (uint16_t field : {r.platformID, r.encodingID, r.languageID, r.nameID, uint16_t(r.text.size()),
+                           uint16_t(strings.size())})
+      out.u16(field);
+    strings.bytes(r.text);
   }
-  out.insert(out.end(), strings.begin(), strings.end());
-  return out;
+  out.bytes(strings.data());
+  return out.take();
 }
 
 Bytes fontWithNames(const std::vector<NameRecordSpec>& records) {
-  return SfntBuilder()
-      .table("cmap", 8)
-      .table("head", 54)
-      .table("hhea", 36)
-      .table("hmtx", 8)
-      .table("maxp", 6)
-      .table("name", nameTable(records))
-      .table("post", 32)
-      .build();
+  return SfntBuilder().table("cmap", 8).table("head", 54).table("hhea", 36).table("hmtx", 8).table("maxp", 6)
+      .table("name", nameTable(records)).table("post", 32).build();
 }
 
 }  // namespace typeprint::test

@@ -6,14 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "builders/byte_edits.h"
+
 namespace typeprint::test {
 
-using Bytes = std::vector<uint8_t>;
-
-Bytes patchU16(Bytes bytes, size_t at, uint16_t value);
-Bytes patchU32(Bytes bytes, size_t at, uint32_t value);
-Bytes truncated(Bytes bytes, size_t size);
-Bytes asciiBytes(const std::string& text);
 // UTF-16 big-endian code units of the given units.
 Bytes utf16be(const std::u16string& text);
 // The sum of the big-endian words of `bytes` padded with zeros to a multiple of four.

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "builders/apple_double_builder.h"
+#include "builders/fond_builder.h"
 #include "builders/resource_fork_builder.h"
 #include "builders/sfnt_builder.h"
 #include "builders/ttc_builder.h"
@@ -33,6 +34,7 @@ TEST(Explain, EachDamagedFileGivesItsParsersReason) {
   const struct { const char* name; Bytes bytes; Bytes companion; const char* reason; } rows[] = {
       {"picture.png", {0x89, 'P', 'N', 'G', 0x0D, 0x0A}, {}, "kind: not a font: first bytes 89 50 4E 47 (at 0x0)"},
       {"tiny", {'a', 'b'}, {}, "kind: not a font: a data fork of 2 bytes and no resource fork"},
+      {"short.ttf", Bytes(10, 0), {}, "name table: a font of 10 bytes is too short for a table directory"},
       {"noname.ttf", test::SfntBuilder().table("head", 8).build(), {},
        "name table: no name table in the table directory"},
       {"farname.ttf", test::patchU32(named, nameEntry + 8, 0x1234), {},
@@ -45,8 +47,14 @@ TEST(Explain, EachDamagedFileGivesItsParsersReason) {
        "resource map: type list count 32768 exceeds the map's"},
       {"Printer", {}, test::AppleDoubleBuilder::appleDouble().entry(2, test::ResourceForkBuilder().add("POST", 501, {1, 0}).build()).build(),
        "kind: a printer font file without families: its faces are read through the suitcase that names it"},
+      {"single", test::patchU32(test::AppleDoubleBuilder::appleSingle().entry(1, Bytes(4)).build(),
+                                test::AppleDoubleBuilder::descriptor(0) + 8, 0xFFFF), {},
+       "container: AppleSingle/AppleDouble entry 1 at 0x26, 0xFFFF bytes, runs past the file's 0x2A bytes (at 0x1A)"},
+      {"Empty", {}, test::AppleDoubleBuilder::appleDouble().entry(2, test::ResourceForkBuilder().add("FOND", 128,
+           test::FondBuilder().entry(0, 0, 500).build()).build()).build(),
+       "kind: the family has no outline or bitmap resource for this face"},
       {"._Font", {0, 5, 22, 7}, {}, "file: it holds another file's fork or Finder information, not a font of its own"},
-      {"missing.ttf", {}, {}, "file: the file cannot be read"},
+      {"missing.ttf", {}, {}, "file: cannot read the file: No such file or directory"},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);

@@ -24,7 +24,7 @@ TEST(FontData, DecidesTheKindFromExtensionThenFirstBytes) {
       {"noext-pfm-size-wrong", test::pfmFile(200, 201, "Copyright"), ""},
       {"noext-pfm-116-bytes", test::pfmFile(116, 116, "Copyright"), ""},
       // A real metrics file stores its size little-endian, so the big-endian test refuses it.
-      {"noext-real-pfm", test::asciiBytes(test::readFile(test::fontPath("type1/NimbusRoman-Regular.pfm"))), ""},
+      {"noext-real-pfm", test::bytesOf(test::readFile(test::fontPath("type1/NimbusRoman-Regular.pfm"))), ""},
   };
   test::ScratchDir dir;
   for (const auto& row : rows) {
