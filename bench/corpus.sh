@@ -50,20 +50,32 @@ grep -i '\.ttc$' "$work/all" > "$work/ttc" || true
 
 median() { sort -g | awk '{a[NR]=$1} END {print (NR%2 ? a[(NR+1)/2] : (a[NR/2]+a[NR/2+1])/2)}'; }
 ratio() { echo "$1 / $2" | bc -l | xargs printf '%.2f'; }
+compare() { printf '%-32s %5.2fx %5.2fx\n' "$1" "$(ratio "$(seconds $2)" "$(seconds $3)")" "$(ratio "$(cpu $2)" "$(cpu $3)")"; }
 
-# run NAME COMMAND...: runs the command once as a whole process, appends its wall seconds to
-# $work/NAME.s and its peak RSS in KB to $work/NAME.rss.
+# Seconds of CPU (user and system) used by the shell's finished children, from `times` run in
+# this shell (a command substitution would see only its own subshell's children).
+children_cpu() {
+  tail -1 "$1" | awk '{ s = 0; for (i = 1; i <= 2; i++) { split($i, p, /[ms]/); s += p[1] * 60 + p[2] }; print s }'
+}
+
+# run NAME COMMAND...: runs the command once as a whole process; appends its wall seconds to
+# $work/NAME.s, its CPU seconds (its own and its children's, user and system) to $work/NAME.cpu
+# and its peak RSS in KB to $work/NAME.rss.
 run() {
   local name=$1; shift
   local t0 t1
+  times > "$work/times.before"
   t0=$(date +%s%N)
   /usr/bin/time -f '%M' -o "$work/time.out" "$@" >"$work/$name.stdout" 2>/dev/null || true
   t1=$(date +%s%N)
+  times > "$work/times.after"
   echo "scale=6; ($t1 - $t0) / 1000000000" | bc >> "$work/$name.s"
+  echo "$(children_cpu "$work/times.after") - $(children_cpu "$work/times.before")" | bc -l >> "$work/$name.cpu"
   tail -1 "$work/time.out" >> "$work/$name.rss"
 }
 
 seconds() { median < "$work/$1.s"; }
+cpu() { median < "$work/$1.cpu"; }
 rss() { sort -n "$work/$1.rss" | tail -1; }
 
 # measure LIST LABEL FULL: interleaved repetitions of every column over the list.
@@ -75,7 +87,7 @@ measure() {
   printf '#!/bin/sh\n%s -c deflate -r -x -m %s >/dev/null &\n%s -c deflate -r -x -m %s >/dev/null\nwait\n' \
     "$bin/corpus_floor" "$list.half1" "$bin/corpus_floor" "$list.half2" > "$work/parallel_floor"
   chmod +x "$work/parallel_floor"
-  rm -f "$work"/*.s "$work"/*.rss "$work"/*.stdout
+  rm -f "$work"/*.s "$work"/*.cpu "$work"/*.rss "$work"/*.stdout
   xargs -d '\n' -a "$list" cat >/dev/null   # warm the page cache
   for _ in $(seq "$reps"); do
     run driver "$bin/corpus_driver" < "$list"
@@ -95,19 +107,21 @@ measure() {
   echo "== $label: ${#files[@]} files, $(echo "$bytes / 1048576" | bc -l | xargs printf '%.1f') MB, largest $((largest / 1024)) KB"
   for c in driver driver0 floor zlib fcscan scan1 scan10 scan2 pfloor; do
     [ -f "$work/$c.s" ] || continue
-    printf '%-8s %7.3f s  %6.0f MB/s  peak RSS %7d KB   runs: %s\n' "$c" "$(seconds $c)" \
-      "$(echo "$bytes / 1048576 / $(seconds $c)" | bc -l)" "$(rss $c)" "$(sort -g "$work/$c.s" | xargs printf '%.3f ')"
+    printf '%-8s wall %6.3f s %6.0f MB/s  cpu %6.3f s  peak RSS %7d KB   wall runs: %s\n' "$c" "$(seconds $c)" \
+      "$(echo "$bytes / 1048576 / $(seconds $c)" | bc -l)" "$(cpu $c)" "$(rss $c)" \
+      "$(sort -g "$work/$c.s" | xargs printf '%.3f ')"
   done
-  echo "driver / floor                $(ratio "$(seconds driver)" "$(seconds floor)")x"
-  echo "driver peak RSS / largest     $(ratio "$(rss driver) * 1024" "$largest")x"
-  [ -z "$before" ] || echo "driver / driver before        $(ratio "$(seconds driver)" "$(seconds driver0)")x"
+  echo "ratios of medians                wall    cpu"
+  compare "driver / floor" driver floor
+  echo "driver peak RSS / largest file   $(ratio "$(rss driver) * 1024" "$largest")x"
+  [ -z "$before" ] || compare "driver / driver before" driver driver0
   [ "$full" = yes ] || return 0
-  echo "driver / zlib floor           $(ratio "$(seconds driver)" "$(seconds zlib)")x"
-  echo "scan --jobs 1 / driver        $(ratio "$(seconds scan1)" "$(seconds driver)")x"
-  [ -f "$work/fcscan.s" ] && echo "scan --jobs 1 / fc-scan       $(ratio "$(seconds scan1)" "$(seconds fcscan)")x"
-  echo "scan --jobs 2 / parallel floor $(ratio "$(seconds scan2)" "$(seconds pfloor)")x"
-  echo "scan --jobs 2 / --jobs 1      $(ratio "$(seconds scan2)" "$(seconds scan1)")x"
-  [ -z "$before" ] || echo "scan --jobs 1 / before        $(ratio "$(seconds scan1)" "$(seconds scan10)")x"
+  compare "driver / zlib floor" driver zlib
+  compare "scan --jobs 1 / driver" scan1 driver
+  [ -f "$work/fcscan.s" ] && compare "scan --jobs 1 / fc-scan" scan1 fcscan
+  compare "scan --jobs 2 / parallel floor" scan2 pfloor
+  compare "scan --jobs 2 / --jobs 1" scan2 scan1
+  [ -z "$before" ] || compare "scan --jobs 1 / before" scan1 scan10
   if cmp -s "$work/scan1.stdout" "$work/scan2.stdout"; then echo "scan --jobs 2 output identical to --jobs 1"
   else echo "scan --jobs 2 output DIFFERS from --jobs 1"; fi
 }
@@ -137,7 +151,7 @@ PY
 
 echo "machine: $(nproc) cores, $(grep -m1 'model name' /proc/cpuinfo | cut -d: -f2 | xargs), $(uname -r)," \
   "load average $(cut -d' ' -f1-3 /proc/loadavg)"
-echo "build type: $build_type; $reps interleaved repetitions, medians"
+echo "build type: $build_type; $reps interleaved repetitions, medians; wall and CPU (user + system) time"
 measure "$work/all" "whole corpus" yes
 [ -s "$work/ttc" ] && measure "$work/ttc" "collections only" no
 if [ "$tree" = yes ]; then
