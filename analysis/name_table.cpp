@@ -99,7 +99,12 @@ ByteSpan recordString(const SfntBytes& font, uint32_t tableOffset, uint16_t stri
   int64_t start = int64_t(tableOffset) + stringOffset + r.offset;
   if (start < int64_t(tableOffset)) return {};
   int length = std::min<int>(r.length, kMaxNameLength);
-  if (length <= 0 || uint64_t(start) + uint64_t(length) > font.size()) return {};
+  if (length <= 0) return {};
+  if (uint64_t(start) + uint64_t(length) > font.size()) {
+    TP_REFUSE(kTopic, uint64_t(start), "name record %d string of %d bytes runs past the font's 0x%zX bytes",
+              int(r.nameID), length, font.size());
+    return {};
+  }
   return font.read(size_t(start), size_t(length), scratch);
 }
 

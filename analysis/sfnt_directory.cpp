@@ -2,12 +2,25 @@
 
 #include <algorithm>
 
+#include "base/diagnostics.h"
+
 namespace typeprint {
 namespace {
 
 // Offset table: sfnt version u32, numTables s16, searchRange, entrySelector, rangeShift.
 // Directory entries follow at byte 12, 16 bytes each.
 constexpr size_t kNumTablesOffset = 4;
+constexpr const char* kDirectoryTopic = "sfnt directory";
+constexpr const char* kTableTopic = "sfnt table";
+
+std::string tagText(uint32_t tag) {
+  std::string text;
+  for (int shift = 24; shift >= 0; shift -= 8) {
+    const char c = char(tag >> shift);
+    text.push_back(c >= 32 && c < 127 ? c : '?');
+  }
+  return text;
+}
 
 // The tag read as a C string (up to four characters, stopping at a zero byte) equals `text`.
 bool tagReadsAs(uint32_t value, const char* text) {
@@ -46,7 +59,10 @@ SfntDirectory::SfntDirectory(const SfntBytes& font) {
   std::vector<uint8_t> scratch;
   BEReader header = font.reader(kNumTablesOffset, 2, scratch);
   const int16_t numTables = header.s16();
-  if (!header.ok() || numTables <= 0) return;
+  if (!header.ok() || numTables <= 0) {
+    TP_REFUSE(kDirectoryTopic, kNumTablesOffset, "the table directory lists %d tables", int(numTables));
+    return;
+  }
   // An entry must end before the last byte of the font.
   const size_t fitting = (font.size() - 1 - kSfntHeaderSize) / kDirectoryEntrySize;
   const size_t count = std::min(size_t(numTables), fitting);
@@ -60,7 +76,10 @@ SfntDirectory::SfntDirectory(const SfntBytes& font) {
     entry.length = r.u32();
     entry.entryOffset = kSfntHeaderSize + kDirectoryEntrySize * i;
   }
-  if (!r.ok()) entries_.clear();
+  if (!r.ok()) {
+    TP_REFUSE(kDirectoryTopic, kSfntHeaderSize, "the table directory's %zu entries cannot be read", count);
+    entries_.clear();
+  }
 }
 
 std::optional<TDirectoryEntry> SfntDirectory::find(const char* tableTag) const {
@@ -78,9 +97,13 @@ std::optional<TDirectoryEntry> FindSpecifiedTable(const SfntBytes& font, const c
 
 bool ValidateDirectoryEntry(const TDirectoryEntry* entry, const SfntBytes& font) {
   if (!entry || !font.present()) return false;
-  if (entry->entryOffset > font.size() || kDirectoryEntrySize > font.size() - entry->entryOffset) return false;
+  if (entry->entryOffset > font.size() || kDirectoryEntrySize > font.size() - entry->entryOffset)
+    return TP_REFUSE(kTableTopic, entry->entryOffset, "directory entry for '%s' beyond the font's 0x%zX bytes",
+                     tagText(entry->tag).c_str(), font.size());
   // Added without wrap-around: a 32-bit sum that wrapped would pass a table lying far outside.
-  return uint64_t(entry->offset) + entry->length <= font.size();
+  if (uint64_t(entry->offset) + entry->length <= font.size()) return true;
+  return TP_REFUSE(kTableTopic, entry->entryOffset, "'%s' table at 0x%X, 0x%X bytes, runs past the font's 0x%zX bytes",
+                   tagText(entry->tag).c_str(), entry->offset, entry->length, font.size());
 }
 
 bool GetPlatformTTF(const SfntBytes& font, UxString* platform) {

@@ -10,8 +10,8 @@ namespace typeprint {
 namespace {
 
 // A file that cannot be read or whose container is damaged says so first of all; a `.dfont` keeps
-// its map in its data fork; a resource fork whose map is damaged, or a damaged collection, comes
-// before what was tried after it; otherwise the last refusal is the one that ended the walk. The
+// its map in its data fork; a resource fork whose map is damaged, a damaged collection, a table
+// directory that lists no tables or a damaged family comes before what was tried after it; otherwise the last refusal is the one that ended the walk. The
 // probe of a data fork for a resource map refuses every plain font, so it counts only when
 // nothing else was refused.
 std::optional<DiagnosticEntry> reasonFor(const std::string& path, const DiagnosticLog& log) {
@@ -19,7 +19,7 @@ std::optional<DiagnosticEntry> reasonFor(const std::string& path, const Diagnost
   if (first && (std::string(first->topic) == "file" || std::string(first->topic) == "container")) return *first;
   if (fontTypeFromExtension(path.c_str()) == kExtDfont)
     if (const DiagnosticEntry* map = log.firstRefusal({"data fork as resource map"})) return *map;
-  for (const char* topic : {"resource map", "collection"})
+  for (const char* topic : {"resource map", "collection", "sfnt directory", "family"})
     if (const DiagnosticEntry* found = log.firstRefusal({topic})) return *found;
   const DiagnosticEntry* probe = nullptr;
   for (auto it = log.entries().rbegin(); it != log.entries().rend(); ++it) {

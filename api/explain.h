@@ -10,7 +10,8 @@
 // Trace topics, in the order they usually appear: "file" (unreadable, or a fork companion),
 // "forks" (container and fork sizes), "data fork as resource map" (the probe of a data fork for a
 // map; refusals here are normal for plain fonts), "resource map", "kind" (the kind decided and
-// from what, or "not a font: first bytes ..."), "collection", "name table", "printer file"
+// from what, or "not a font: first bytes ..."), "collection", "family" (a damaged family
+// resource), "sfnt directory", "sfnt table" (a table past the end), "name table", "printer file"
 // (which file was looked for, where, and whether it was found), "face" (each face accepted, or
 // refused and why).
 #pragma once

@@ -47,8 +47,14 @@ Refused recordRefusal(const char* topic, std::optional<uint64_t> offset, const c
   if (DiagnosticLog* log = DiagnosticLog::current()) {
     va_list args;
     va_start(args, format);
-    log->add({true, topic, formatted(format, args), offset});
+    DiagnosticEntry entry{true, topic, formatted(format, args), offset};
     va_end(args);
+    // A structure read once per face refuses the same way each time; the log keeps it once.
+    const auto& seen = log->entries();
+    const bool repeated = std::any_of(seen.begin(), seen.end(), [&](const DiagnosticEntry& e) {
+      return e.refusal && e.offset == entry.offset && e.text == entry.text && std::string(e.topic) == entry.topic;
+    });
+    if (!repeated) log->add(std::move(entry));
   }
   return {};
 }

@@ -32,6 +32,8 @@ struct TFormatFace {
   std::vector<TNamedInstance> instances;
   int pixelSize = 0;            // bitmap fonts
   std::vector<int> pointSizes;  // Mac bitmap strikes
+  // Mac family faces: the family resource's ID and the QuickDraw style; -1 for other faces.
+  int32_t familyResourceID = -1, quickDrawStyle = -1;
 };
 
 struct TFormatFile {

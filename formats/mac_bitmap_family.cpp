@@ -38,6 +38,7 @@ std::vector<TFormatFace> readMacBitmapFamilies(const std::string& path, const Fi
   for (int f = 1; f <= families; ++f) {
     Resource fond = file->at(kTypeFOND, f);
     const std::string familyName = fond->hasName ? fond->name : std::string();
+    const int16_t familyID = fond->id;
     const std::vector<FondEntry> entries = fondEntries(fond->data());
     const bool bitmapOnly = !entries.empty() && std::none_of(entries.begin(), entries.end(),
                                                              [](const FondEntry& e) { return e.isOutline(); });
@@ -54,6 +55,8 @@ std::vector<TFormatFace> readMacBitmapFamilies(const std::string& path, const Fi
       face.kind = "Bitmap";
       face.family = familyName;
       face.style = quickDrawStyleName(style);
+      face.familyResourceID = familyID;
+      face.quickDrawStyle = style;
       face.fullName = style == 0 ? familyName : familyName + " " + face.style;
       std::sort(face.pointSizes.begin(), face.pointSizes.end());
       faces.push_back(std::move(face));

@@ -2,11 +2,14 @@
 
 #include <algorithm>
 
+#include "base/diagnostics.h"
+
 namespace typeprint {
 namespace {
 
 constexpr unsigned char kFirstPrintable = 32;
 constexpr unsigned char kLastPrintable = 126;
+constexpr const char* kTopic = "family";
 
 // Bytes of the header field at `offset`, or a failed reader when the family is too short.
 BEReader headerField(ByteSpan fond, size_t offset, size_t width) {
@@ -56,6 +59,12 @@ std::vector<FondEntry> fondEntries(ByteSpan fond) {
   FondEntry entry;
   // Entries are present from the first on, so the first missing one ends the table.
   for (size_t i = 0; fondEntryAt(fond, i, &entry); ++i) entries.push_back(entry);
+  if (fond.size && fond.size < kFondMinTableSize)
+    TP_REFUSE(kTopic, 0, "a family of %zu bytes is too short for its entry table", fond.size);
+  else if (entries.size() < fondClaimedEntryCount(fond))
+    TP_REFUSE(kTopic, kFondFirstEntryOffset + kFondEntrySize * entries.size(),
+              "the family lists %zu entries, its %zu bytes hold %zu", fondClaimedEntryCount(fond), fond.size,
+              entries.size());
   return entries;
 }
 
@@ -124,12 +133,21 @@ void GetPrinterFontNameFromResource(ByteSpan bytes, uint16_t style, unsigned cha
   if (bytes.size < kFondHeaderSize) return;
   uint64_t styleOffset = fondStyleTableOffset(bytes);
   // An offset of 0 means the family has no style-mapping table.
-  if (styleOffset == 0 || styleOffset + kStyleTableStringsOffset > bytes.size) return;
+  if (styleOffset == 0) return;
+  if (styleOffset + kStyleTableStringsOffset > bytes.size) {
+    TP_REFUSE(kTopic, kFondStyleTableOffsetField, "style-mapping table offset 0x%llX beyond the family's 0x%zX bytes",
+              static_cast<unsigned long long>(styleOffset), bytes.size);
+    return;
+  }
   BEReader table = BEReader(bytes).from(size_t(styleOffset));
   ByteSpan names = nameTable(bytes, styleOffset);
   // Only the base name is bounds-tested as a whole; its length byte is read signed.
   int8_t baseLength = BEReader(names).s8();
-  if (int64_t(styleOffset) + int64_t(kStyleTableStringsOffset) + baseLength > int64_t(bytes.size)) return;
+  if (int64_t(styleOffset) + int64_t(kStyleTableStringsOffset) + baseLength > int64_t(bytes.size)) {
+    TP_REFUSE(kTopic, styleOffset + kStyleTableStringsOffset, "printer font base name of %d bytes runs past the family",
+              int(baseLength));
+    return;
+  }
 
   GetIndStyleName(names, 1, dst, capacity);
   int8_t k = table.at(kStyleTableIndexOffset + size_t(GetStyleIndex(style)), 1).s8();

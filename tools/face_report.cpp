@@ -4,6 +4,7 @@
 
 #include "api/font_specifier.h"
 #include "tools/file_checks.h"
+#include "tools/format_facts.h"
 
 namespace typeprint::cli {
 namespace {
@@ -22,6 +23,8 @@ std::optional<uint32_t> readNumber(NumberGetter getter, TP_FontArray* array, uin
   if (getter(array, index, &value) != TP_STATUS_OK) return std::nullopt;
   return value;
 }
+
+}  // namespace
 
 FaceReport readFace(TP_FontArray* array, uint32_t i) {
   FaceReport f;
@@ -50,6 +53,8 @@ FaceReport readFace(TP_FontArray* array, uint32_t i) {
   }
   return f;
 }
+
+namespace {
 
 struct ArrayFree {
   void operator()(TP_FontArray* array) const { TP_SpecifierFree(array); }
@@ -86,6 +91,14 @@ std::vector<Attribute> faceAttributes(const FaceReport& f) {
   checksum("kerningChecksum", f.kerningChecksum);
   number("familyResourceID", f.familyResourceID);
   number("style", f.style);
+  checksum("contentChecksum", f.contentChecksum);
+  text("contentKind", f.contentKind);
+  text("kindNote", f.kindNote);
+  text("styleName", f.styleName);
+  number("pixelSize", f.pixelSize);
+  if (f.pointSizes) rows.push_back({"pointSizes", nlohmann::ordered_json(*f.pointSizes)});
+  if (f.axes) rows.push_back({"axes", *f.axes});
+  if (f.instances) rows.push_back({"instances", *f.instances});
   return rows;
 }
 
@@ -107,6 +120,7 @@ FileReport identifyFile(const std::string& path, uint32_t mask, bool keepArray) 
   }
   TP_FontArray* created = nullptr;
   if (TP_CreateSpecifier(path.c_str(), 0, mask, &created) != TP_STATUS_OK) {
+    if (identifyWithFormats(report, mask)) return report;
     const LibraryVerdict verdict = libraryVerdict(path);
     report.status = verdict.notAFont ? FileStatus::NotAFont : FileStatus::Failed;
     report.error = verdict.reason;
@@ -114,6 +128,7 @@ FileReport identifyFile(const std::string& path, uint32_t mask, bool keepArray) 
   }
   std::shared_ptr<TP_FontArray> array(created, ArrayFree());
   for (uint32_t i = 0; i < array->count(); ++i) report.faces.push_back(readFace(array.get(), i));
+  addFormatFacts(report);
   report.status = FileStatus::Ok;
   if (keepArray) report.array = std::move(array);
   return report;

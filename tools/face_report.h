@@ -23,6 +23,14 @@ struct FaceReport {
   std::optional<uint32_t> outlineFileSize, checksum, legacyChecksum, kerningChecksum;
   // Faces of Mac families: the family resource ID and style number that purge and promote take.
   std::optional<int32_t> familyResourceID, style;
+  // From the wider format reader (tools/format_facts.h): the font's own checksum whatever holds
+  // it, the kind its bytes show and a note when the name says otherwise, the style name of a face
+  // the library does not read, bitmap sizes, and a variable font's axes and named instances.
+  std::optional<uint32_t> contentChecksum;
+  std::optional<std::string> contentKind, kindNote, styleName;
+  std::optional<int64_t> pixelSize;
+  std::optional<std::vector<int>> pointSizes;
+  std::optional<nlohmann::ordered_json> axes, instances;
 };
 
 // A checksum: printed as 8 lower-case hexadecimal digits everywhere.
@@ -51,6 +59,9 @@ struct FileReport {
   std::vector<FaceReport> faces;
   std::shared_ptr<TP_FontArray> array;  // the library's records, kept only when asked for
 };
+
+// Every attribute of face `index` of the library's records.
+FaceReport readFace(TP_FontArray* array, uint32_t index);
 
 // Identifies one file with `mask`. Paths that are not regular readable files are never handed to
 // the library; their report carries the system's reason.

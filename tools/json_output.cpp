@@ -14,7 +14,10 @@ Summary summarize(const std::vector<FileReport>& reports, double seconds) {
     if (r.status != FileStatus::Ok) continue;
     ++s.identified;
     s.faces += r.faces.size();
-    for (const FaceReport& f : r.faces) ++s.kinds[f.kind.value_or("unknown")];
+    for (const FaceReport& f : r.faces) {
+      ++s.kinds[f.kind.value_or("unknown")];
+      if (f.instances) s.instances += f.instances->size();
+    }
   }
   return s;
 }
@@ -54,6 +57,7 @@ Json summaryJson(const Summary& s) {
   out["files"] = s.files;
   out["identified"] = s.identified;
   out["faces"] = s.faces;
+  out["instances"] = s.instances;
   out["failures"] = s.failures;
   out["notFonts"] = s.notFonts;
   Json kinds = Json::object();

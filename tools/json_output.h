@@ -18,9 +18,10 @@ using Json = nlohmann::ordered_json;
 // The schema's version, written as the document's "version".
 constexpr int kSchemaVersion = 1;
 
-// What a run saw: files by outcome, faces, faces per kind, seconds taken.
+// What a run saw: files by outcome, faces, named instances, faces per kind, seconds taken.
 struct Summary {
   size_t files = 0, identified = 0, faces = 0, failures = 0, notFonts = 0;
+  size_t instances = 0;  // named instances of variable faces
   std::map<std::string, size_t> kinds;
   double seconds = 0;
 };

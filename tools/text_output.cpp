@@ -41,8 +41,9 @@ std::string scanLines(const FileReport& report) {
 
 std::string summaryText(const Summary& s) {
   char line[256];
-  std::snprintf(line, sizeof line, "%zu files, %zu identified, %zu faces, %zu failures, %zu not fonts, %.2f s\n",
-                s.files, s.identified, s.faces, s.failures, s.notFonts, s.seconds);
+  std::snprintf(line, sizeof line,
+                "%zu files, %zu identified, %zu faces, %zu failures, %zu not fonts, %zu named instances, %.2f s\n",
+                s.files, s.identified, s.faces, s.failures, s.notFonts, s.instances, s.seconds);
   std::string out = line;
   for (const auto& [kind, n] : s.kinds) out += "  " + padded(kind, 22) + std::to_string(n) + "\n";
   return out;

@@ -31,14 +31,23 @@ TEST(Explain, EachDamagedFileGivesItsParsersReason) {
   const Bytes map = test::ResourceForkBuilder().add("FOND", 128, Bytes(60)).build();
   const Bytes damagedMap = test::patchU16(map, test::ResourceForkBuilder().add("FOND", 128, Bytes(60)).layout().typeList,
                                           0x7FFF);
-  const struct { const char* name; Bytes bytes; Bytes companion; const char* reason; } rows[] = {
+  // One name record (family name) whose 0x100 bytes of string lie past the end of the font.
+  const Bytes farString = test::SfntBuilder().table("head", 8).table("name", Bytes{0, 0, 0, 1, 0, 18, 0, 1, 0, 0, 0, 0,
+                                                                                    0, 1, 1, 0, 0, 0}).build();
+  const Bytes family = test::FondBuilder().entry(0, 0, 500).build();
+  // `alsoTraced`: a refusal met on the way, before the one that ended the walk.
+  const struct { const char* name; Bytes bytes; Bytes companion; const char* reason; const char* alsoTraced = nullptr; } rows[] = {
       {"picture.png", {0x89, 'P', 'N', 'G', 0x0D, 0x0A}, {}, "kind: not a font: first bytes 89 50 4E 47 (at 0x0)"},
       {"tiny", {'a', 'b'}, {}, "kind: not a font: a data fork of 2 bytes and no resource fork"},
       {"short.ttf", Bytes(10, 0), {}, "name table: a font of 10 bytes is too short for a table directory"},
       {"noname.ttf", test::SfntBuilder().table("head", 8).build(), {},
        "name table: no name table in the table directory"},
       {"farname.ttf", test::patchU32(named, nameEntry + 8, 0x1234), {},
-       "name table: name table offset 0x1234, length 0x28, beyond the font's 0x5C bytes (at 0x1C)"},
+       "name table: name table offset 0x1234, length 0x28, beyond the font's 0x5C bytes (at 0x1C)",
+       "sfnt table: 'name' table at 0x1234, 0x28 bytes, runs past the font's 0x5C bytes (at 0x1C)"},
+      {"notables.ttf", test::patchU16(named, 4, 0), {}, "sfnt directory: the table directory lists 0 tables (at 0x4)"},
+      {"farstring.ttf", farString, {}, "name table: none of the 1 name records gives a name",
+       "name table: name record 1 string of 256 bytes runs past the font's 0x"},
       {"blank.ttf", named, {}, "name table: none of the "},
       {"cut.ttc", test::patchU32(ttc.build(), test::TtcBuilder::faceOffsetEntry(0), 0x10000), {},
        "collection: face 0 at 0x10000 lies beyond the file's 0x34 bytes (at 0xC)"},
@@ -53,6 +62,9 @@ TEST(Explain, EachDamagedFileGivesItsParsersReason) {
       {"Empty", {}, test::AppleDoubleBuilder::appleDouble().entry(2, test::ResourceForkBuilder().add("FOND", 128,
            test::FondBuilder().entry(0, 0, 500).build()).build()).build(),
        "kind: the family has no outline or bitmap resource for this face"},
+      {"Cut", {}, test::AppleDoubleBuilder::appleDouble().entry(2, test::ResourceForkBuilder().add("FOND", 128,
+           test::patchU16(family, 52, 2)).build()).build(),
+       "family: the family lists 3 entries, its "},
       {"._Font", {0, 5, 22, 7}, {}, "file: it holds another file's fork or Finder information, not a font of its own"},
       {"missing.ttf", {}, {}, "file: cannot read the file: No such file or directory"},
   };
@@ -66,6 +78,7 @@ TEST(Explain, EachDamagedFileGivesItsParsersReason) {
     ASSERT_FALSE(e.faces);
     ASSERT_TRUE(e.refusal);
     EXPECT_EQ(describe(*e.refusal).rfind(row.reason, 0), 0u) << describe(*e.refusal) << "\n" << traceText(e);
+    if (row.alsoTraced) EXPECT_NE(traceText(e).find(row.alsoTraced), std::string::npos) << traceText(e);
   }
 }
 

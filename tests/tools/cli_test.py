@@ -183,6 +183,41 @@ class Command(unittest.TestCase):
             self.assertEqual(face["familyResourceID"], expected["a-dfont/DejaVuSans.dfont"])
         self.assertEqual(len({face["style"] for face in faces}), len(faces))
 
+    def test_every_format_gives_its_faces(self):
+        # Reference values from tests/fonts/formats/README.md (woff2sfnt, woff2_decompress, fontTools).
+        formats = os.path.join(FONTS, "formats")
+        shutil.copy(os.path.join(formats, "NimbusSans-Regular-subset.otf"), os.path.join(self.work, "cff.ttf"))
+        rows = [  # file, kind, PostScript name, content checksum, named instances
+            ("DejaVuSans-subset.woff", "WOFF (TrueType)", "DejaVuSans", "6c6da89d", 0),
+            ("TypeprintVar.woff2", "WOFF2 (TrueType)", "TypeprintVar-Regular", "73417482", 3),
+            ("TypeprintVar.ttf", "TrueType", "TypeprintVar-Regular", None, 3),
+            ("NimbusSans-subset.otc", "OpenType - PS", "NimbusSans-Regular", None, 0),
+            ("NimbusSans-Regular.pfb", "PostScript", "NimbusSans-Regular", None, 0),
+            ("NimbusSans-CFF.dfont.hqx", "OpenType - PS", "NimbusSans-Regular", None, 0),
+            ("Fixed-5x7.pcf.gz", "PCF", None, None, 0),
+            ("FixedBitmap-bitmaps.bin", "PostScript", "FixedBitmap", None, 0),
+        ]
+        _, stdout, _ = run("identify", "-f", "json", *[os.path.join(formats, r[0]) for r in rows], "cff.ttf",
+                           cwd=self.work)
+        files = self.valid_json(stdout)["files"]
+        for (name, kind, name_ps, checksum, instances), file in zip(rows, files):
+            with self.subTest(name):
+                self.assertEqual(file["status"], "ok")
+                face = file["faces"][0]
+                self.assertEqual(face["kind"], kind)
+                self.assertEqual(face.get("postScriptName"), name_ps)
+                self.assertEqual(face["contentChecksum"], checksum or face["contentChecksum"])
+                self.assertEqual(len(face.get("instances", [])), instances)
+        self.assertEqual(files[-1]["faces"][0]["kindNote"], "named .ttf (TrueType) but its bytes are OpenType - PS")
+        self.assertEqual(files[-2]["faces"][0]["pointSizes"], [7])
+        # One Type 1 program in four containers: one content checksum.
+        type1 = ["NimbusSans-Regular.pfb", "NimbusSans-Regular.pfa", "NimbusSans-Regular.t1", "NimbuSanReg.hqx"]
+        _, stdout, _ = run("identify", "-f", "json", *[os.path.join(formats, f) for f in type1])
+        sums = {f["faces"][0]["contentChecksum"] for f in self.valid_json(stdout)["files"]}
+        self.assertEqual(len(sums), 1)
+        _, stdout, _ = run("scan", "-f", "json", formats)
+        self.assertEqual(self.valid_json(stdout)["summary"]["instances"], 6)
+
     def test_several_files_make_one_document(self):
         files = [TTC3, OTF]
         _, stdout, _ = run("identify", "-f", "xml", *files)
