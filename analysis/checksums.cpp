@@ -3,6 +3,7 @@
 #include <libdeflate.h>
 #include <zlib.h>
 
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
@@ -120,6 +121,17 @@ uint32_t ChecksumLongAlignedData(uint32_t sum, ByteSpan data) {
   uint32_t last = 0;
   for (size_t at = 4 * words, shift = 24; at < data.size; ++at, shift -= 8) last |= uint32_t(data.data[at]) << shift;
   return sum + last;
+}
+
+void WordSumAndCrc(ByteSpan data, uint32_t* sum, uint32_t* crc) {
+  constexpr size_t kSlice = 16 * 1024;  // a multiple of 4: only the last slice can end in a partial word
+  *sum = 0;
+  *crc = 0;
+  for (size_t at = 0; at < data.size; at += kSlice) {
+    const ByteSpan slice = data.sub(at, std::min(kSlice, data.size - at));
+    *sum = ChecksumLongAlignedData(*sum, slice);
+    *crc = CChecksum::icrc(slice, *crc);
+  }
 }
 
 bool GetTrueTypeKerningTableChecksum(const SfntBytes& font, uint32_t* checksum) {

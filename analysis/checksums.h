@@ -36,6 +36,10 @@ class CChecksum {
 // partial word counts as if padded with zeros; the caller supplies padded data in any case.
 uint32_t ChecksumLongAlignedData(uint32_t sum, ByteSpan data);
 
+// The word sum and the CRC-32 (from 0) of the same bytes in one walk: each slice is summed and
+// then CRC'd while it is still in the cache.
+void WordSumAndCrc(ByteSpan data, uint32_t* sum, uint32_t* crc);
+
 // The kerning checksum of an sfnt font: the word sum of its "kern" table, else "GPOS", else
 // "glyf". False (checksum untouched) when none is found or its entry is damaged.
 bool GetTrueTypeKerningTableChecksum(const SfntBytes& font, uint32_t* checksum);

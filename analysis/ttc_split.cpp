@@ -123,8 +123,8 @@ TTCTableDigest TrueTypeCollectionFont::digest(uint32_t offset, uint32_t length) 
   ByteSpan bytes = data_.sub(offset, length);
   size_t padding = size_t(padded(length) - length);
   TTCTableDigest d;
-  d.checkSum = ChecksumLongAlignedData(0, bytes);
-  d.crc = CChecksum::zeros(CChecksum::icrc(bytes, 0), padding);
+  WordSumAndCrc(bytes, &d.checkSum, &d.crc);
+  d.crc = CChecksum::zeros(d.crc, padding);
   digests_.emplace(std::make_pair(offset, length), d);
   return d;
 }

@@ -36,4 +36,6 @@ typeprint_dependency(MODULE icu-uc TARGET ICU::uc FIND ICU COMPONENTS uc)
 typeprint_dependency(MODULE libplist-2.0 PKGCONFIG PLIST)
 typeprint_dependency(MODULE libdeflate PKGCONFIG DEFLATE)
 list(APPEND TYPEPRINT_DEPENDENCY_TARGETS ${CMAKE_DL_LIBS})
+# The C++ runtime, which a program written in C must name to link the static library.
+set(TYPEPRINT_RUNTIME_LIBRARIES stdc++ m ${CMAKE_DL_LIBS})
 list(JOIN TYPEPRINT_PKGCONFIG_REQUIRES " " TYPEPRINT_PKGCONFIG_REQUIRES)

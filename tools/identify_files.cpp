@@ -7,6 +7,7 @@
 #include <mutex>
 #include <thread>
 
+#include "platform/linux/fork_locator.h"
 #include "tools/file_walk.h"
 #include "tools/progress.h"
 
@@ -21,6 +22,7 @@ std::vector<FileReport> identifyAll(const std::vector<std::string>& files, const
   size_t sunk = 0;
   Progress progress(files.size(), options.progress, STDERR_FILENO);
   auto work = [&] {
+    ForkLookupCache folders;  // each folder's companions looked up once per thread
     for (size_t i = next++; i < files.size(); i = next++) {
       reports[i] = identifyFile(files[i], options.mask, options.keepArrays);
       progress.fileDone(reports[i].faces.size(), files[i]);

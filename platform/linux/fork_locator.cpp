@@ -1,9 +1,12 @@
 #include "platform/linux/fork_locator.h"
 
+#include <dirent.h>
+
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <initializer_list>
+#include <unordered_map>
+#include <unordered_set>
 
 #include "base/diagnostics.h"
 #include "platform/linux/apple_double.h"
@@ -69,7 +72,76 @@ bool isFile(const fs::path& p) {
   return fs::is_regular_file(p, ec);
 }
 
+// What one folder's entries tell about the companions of the files in it.
+struct FolderEntries {
+  bool listed = false;                 // false when the folder could not be read: try every place
+  std::unordered_set<std::string> doubles;  // names beginning "._" or "%"
+  bool appleDouble = false, resource = false, resourceFrk = false, macosx = false;
+  bool mirrorAbove = false;            // this folder or an ancestor holds __MACOSX
+};
+
+FolderEntries listFolder(const std::string& folder) {
+  FolderEntries entries;
+  DIR* dir = ::opendir(folder.c_str());
+  if (!dir) return entries;
+  entries.listed = true;
+  while (const dirent* entry = ::readdir(dir)) {
+    const char* name = entry->d_name;
+    if ((name[0] == '.' && name[1] == '_') || name[0] == '%') entries.doubles.insert(name);
+    entries.appleDouble |= std::strcmp(name, ".AppleDouble") == 0;
+    entries.resource |= std::strcmp(name, ".resource") == 0;
+    entries.resourceFrk |= std::strcmp(name, "resource.frk") == 0;
+    entries.macosx |= std::strcmp(name, "__MACOSX") == 0;
+  }
+  ::closedir(dir);
+  return entries;
+}
+
+thread_local ForkLookupCache::Folders* tFolders = nullptr;
+
 }  // namespace
+
+// Each folder's entries by its path as given, and whether each absolute folder holds __MACOSX.
+struct ForkLookupCache::Folders {
+  std::unordered_map<std::string, FolderEntries> byPath;
+  std::unordered_map<std::string, bool> holdsMacosx;
+
+  bool holdsMirror(const fs::path& folder) {
+    auto found = holdsMacosx.find(folder.native());
+    if (found != holdsMacosx.end()) return found->second;
+    const FolderEntries entries = listFolder(folder.native());
+    return holdsMacosx[folder.native()] = !entries.listed || entries.macosx;
+  }
+
+  // The ancestors forksFromMacosxMirror looks in, each read once per cache; `entries` are the
+  // folder's own.
+  bool mirrorAbove(const std::string& folder, const FolderEntries& entries) {
+    std::error_code ec;
+    fs::path ancestor = fs::absolute(folder, ec).lexically_normal();
+    if (ec) return true;
+    holdsMacosx.emplace(ancestor.native(), entries.macosx);
+    for (int depth = 0; depth < kMaxMirrorDepth; ++depth) {
+      if (holdsMirror(ancestor)) return true;
+      if (ancestor == ancestor.parent_path() || ancestor.filename() == "__MACOSX") break;
+      ancestor = ancestor.parent_path();
+    }
+    return false;
+  }
+
+  const FolderEntries& entriesOf(const std::string& folder) {
+    auto found = byPath.find(folder);
+    if (found != byPath.end()) return found->second;
+    FolderEntries entries = listFolder(folder);
+    entries.mirrorAbove = !entries.listed || mirrorAbove(folder, entries);
+    return byPath.emplace(folder, std::move(entries)).first->second;
+  }
+};
+
+ForkLookupCache::ForkLookupCache() : folders_(std::make_unique<Folders>()), outer_(tFolders) {
+  tFolders = folders_.get();
+}
+
+ForkLookupCache::~ForkLookupCache() { tFolders = outer_; }
 
 std::optional<FileForks> forksFromContainer(std::shared_ptr<const MappedFile> file) {
   ByteSpan bytes = file->bytes();
@@ -151,9 +223,27 @@ std::optional<FileForks> openForks(const std::string& path) {
   auto file = MappedFile::open(path);
   if (!file) return TP_REFUSE_WHOLE("file", "cannot read the file: %s", std::strerror(errno));
   using Place = std::optional<FileForks> (*)(std::shared_ptr<const MappedFile>);
-  for (Place place : {forksFromContainer, forksFromDotUnderscore, forksFromNetatalk, forksFromPercentDouble,
-                      forksFromResourceFolder, forksFromResourceFrk, forksFromMacosxMirror}) {
-    if (auto forks = place(file)) return forks;
+  using Possible = bool (*)(const FolderEntries&, const std::string& name);
+  static const struct { Place place; Possible possible; } kPlaces[] = {
+      {forksFromContainer, [](const FolderEntries&, const std::string&) { return true; }},
+      {forksFromDotUnderscore, [](const FolderEntries& e, const std::string& name) { return e.doubles.count("._" + name) > 0; }},
+      {forksFromNetatalk, [](const FolderEntries& e, const std::string&) { return e.appleDouble; }},
+      {forksFromPercentDouble, [](const FolderEntries& e, const std::string& name) { return e.doubles.count("%" + name) > 0; }},
+      {forksFromResourceFolder, [](const FolderEntries& e, const std::string&) { return e.resource; }},
+      {forksFromResourceFrk, [](const FolderEntries& e, const std::string&) { return e.resourceFrk; }},
+      {forksFromMacosxMirror, [](const FolderEntries& e, const std::string&) { return e.mirrorAbove; }},
+  };
+  // With a cache, the folder's entries rule out the places that cannot hold a companion.
+  PathParts parts;
+  const FolderEntries* entries = nullptr;
+  if (tFolders) {
+    parts = splitPath(path);
+    entries = &tFolders->entriesOf(parts.folder.native());
+    if (!entries->listed) entries = nullptr;
+  }
+  for (const auto& candidate : kPlaces) {
+    if (entries && !candidate.possible(*entries, parts.name)) continue;
+    if (auto forks = candidate.place(file)) return forks;
   }
   return plainForks(std::move(file));
 }

@@ -48,6 +48,24 @@ struct FileForks {
 // Opens the forks of the file at `path`; nothing when the file cannot be read.
 std::optional<FileForks> openForks(const std::string& path);
 
+// While one is alive on a thread, openForks on that thread reads each folder it looks in once
+// (one readdir, kept for the cache's life) and tries only the places that folder and its
+// ancestors show to exist, so that a plain file costs no failed lookup whatever its depth. For
+// walks over many files that do not change meanwhile; without one, every place is tried.
+class ForkLookupCache {
+ public:
+  ForkLookupCache();
+  ~ForkLookupCache();
+  ForkLookupCache(const ForkLookupCache&) = delete;
+  ForkLookupCache& operator=(const ForkLookupCache&) = delete;
+
+  struct Folders;
+
+ private:
+  std::unique_ptr<Folders> folders_;
+  Folders* outer_;  // the cache this one hides on its thread, restored when it goes
+};
+
 // True for files that only hold another file's forks or Finder info (`._N`, anything inside
 // `.AppleDouble/`, `.resource/`, `.finderinfo/`, `resource.frk/` or `__MACOSX/`, and `%N` beside
 // an N): a directory walk must not take them for fonts of their own.

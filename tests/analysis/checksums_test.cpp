@@ -40,15 +40,18 @@ TEST(Checksums, WordSumMatchesThePlainSumAtEveryLengthAndAlignment) {
   const Bytes words{0xFF, 0xFF, 0xFF, 0xFF, 0, 0, 0, 1, 0xAB};
   EXPECT_EQ(ChecksumLongAlignedData(2, words), 0xAB000002u);
   std::mt19937 random(77);
-  Bytes noise(4200), ones(4200, 0xFF);
+  Bytes noise(40010), ones(40010, 0xFF);
   for (uint8_t& b : noise) b = uint8_t(random());
   const struct { const char* what; const Bytes& bytes; } fills[] = {{"random bytes", noise}, {"all 0xFF, wrapping", ones}};
   for (const auto& fill : fills) {
-    for (size_t size : {0u, 1u, 3u, 4u, 5u, 15u, 16u, 17u, 31u, 32u, 33u, 63u, 64u, 65u, 127u, 128u, 129u, 4099u}) {
+    for (size_t size : {0u, 1u, 3u, 4u, 5u, 15u, 16u, 17u, 31u, 32u, 33u, 63u, 64u, 65u, 127u, 128u, 129u, 4099u, 16384u, 40001u}) {
       for (size_t start = 0; start < 4; ++start) {
         SCOPED_TRACE(std::string(fill.what) + ", " + std::to_string(size) + " bytes from " + std::to_string(start));
         const uint8_t* bytes = fill.bytes.data() + start;
         EXPECT_EQ(ChecksumLongAlignedData(0x9E3779B9, ByteSpan(bytes, size)), referenceWordSum(0x9E3779B9, bytes, size));
+        uint32_t sum = 1, crc = 1;
+        WordSumAndCrc(ByteSpan(bytes, size), &sum, &crc);
+        EXPECT_EQ(std::make_pair(sum, crc), std::make_pair(referenceWordSum(0, bytes, size), zlibCrc(0, Bytes(bytes, bytes + size))));
       }
     }
   }

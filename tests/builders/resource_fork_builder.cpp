@@ -12,11 +12,6 @@ ResourceForkBuilder& ResourceForkBuilder::add(const char (&type)[5], int16_t id,
   return *this;
 }
 
-ResourceForkBuilder& ResourceForkBuilder::zeroMapHeaderCopy() {
-  zeroCopy_ = true;
-  return *this;
-}
-
 std::vector<uint32_t> ResourceForkBuilder::typeOrder() const {
   std::vector<uint32_t> types;
   for (const Resource& r : resources_)
@@ -90,7 +85,7 @@ Bytes ResourceForkBuilder::build() const {
   const uint32_t header[4] = {256, uint32_t(l.mapOffset), uint32_t(l.mapOffset - 256), uint32_t(w.size() - l.mapOffset)};
   for (size_t i = 0; i < 4; ++i) {
     w.patchU32(4 * i, header[i]);
-    if (!zeroCopy_) w.patchU32(l.mapOffset + 4 * i, header[i]);
+    w.patchU32(l.mapOffset + 4 * i, header[i]);
   }
   return w.take();
 }

@@ -15,8 +15,6 @@ class ResourceForkBuilder {
  public:
   ResourceForkBuilder& add(const char (&type)[5], int16_t id, Bytes data, const std::string& name = "",
                            uint8_t attributes = 0);
-  // Writes the map header's copy of the fork header as zeros (as .dfont writers do).
-  ResourceForkBuilder& zeroMapHeaderCopy();
   Bytes build() const;
 
   // Offsets from the start of the fork, of the built fork.
@@ -37,7 +35,6 @@ class ResourceForkBuilder {
   };
   std::vector<uint32_t> typeOrder() const;
   std::vector<Resource> resources_;
-  bool zeroCopy_ = false;
 };
 
 }  // namespace typeprint::test

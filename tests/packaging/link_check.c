@@ -1,13 +1,15 @@
-/* Built against an installed prefix with pkg-config: checks the version and that the library's
-   data files were installed beside it. */
+/* Built against an installed typeprint: checks the version, then prints the classification of the
+   family named on the command line, which the library reads from its installed data files. */
 #include <stdio.h>
 #include <typeprint.h>
 
-int main(void) {
-  uint32_t major = 0, minor = 0, count = 99;
+int main(int argc, char** argv) {
+  uint32_t major = 0, minor = 0;
+  char classification[128] = "";
   TP_GetTypeprintVersion(&major, &minor);
   if (major != 1 || minor != 4) return 1;
-  if (TP_GetFontCount(NULL, &count) != TP_STATUS_FAILED || count != 99) return 2;
-  printf("typeprint %u.%u\n", (unsigned)major, (unsigned)minor);
+  if (argc < 2 || TP_GetClassificationFromFamily(argv[1], NULL, classification, sizeof classification) != TP_STATUS_OK)
+    return 2;
+  printf("%s\n", classification);
   return 0;
 }

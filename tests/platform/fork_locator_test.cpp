@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <optional>
 
 #include "builders/apple_double_builder.h"
 #include "builders/mac_binary_builder.h"
@@ -65,8 +66,12 @@ TEST(ForkLocator, EachPlaceOnItsOwn) {
     if (row.files.size() > 1) {
       EXPECT_TRUE(fs::equivalent(forks->companionPath, dir.file(row.files[1].first)));
     }
-    auto opened = openForks(dir.file("a/b/Font"));  // the fixed order reaches the same answer
-    EXPECT_TRUE(opened && opened->source == row.source && copyOf(opened->resourceFork) == kFork);
+    for (bool cached : {false, true}) {  // the fixed order reaches the same answer, folders read once or not
+      std::optional<ForkLookupCache> folders;
+      if (cached) folders.emplace();
+      auto opened = openForks(dir.file("a/b/Font"));
+      EXPECT_TRUE(opened && opened->source == row.source && copyOf(opened->resourceFork) == kFork) << cached;
+    }
     for (const auto& other : rows)  // and no other place claims this fork
       if (other.place != row.place) {
         EXPECT_FALSE(other.place(file)) << "taken for " << other.files.back().first;
@@ -82,15 +87,19 @@ TEST(ForkLocator, PlacesAreTriedInOrder) {
       {{"Font", {}}, {".AppleDouble/Font", kCompanion}, {"%Font", other}},
       {{"Font", {}}, {"._Font", test::bytesOf("no header")}, {"resource.frk/Font", kFork}},  // unreadable: passed over
   };
-  for (const auto& files : rows) {
-    test::ScratchDir dir;
-    put(dir.path(), files);
-    auto forks = openForks(dir.file("Font"));
-    EXPECT_TRUE(forks && copyOf(forks->resourceFork) == kFork) << files[1].first;
+  for (bool cached : {false, true}) {
+    std::optional<ForkLookupCache> folders;
+    if (cached) folders.emplace();
+    for (const auto& files : rows) {
+      test::ScratchDir dir;
+      put(dir.path(), files);
+      auto forks = openForks(dir.file("Font"));
+      EXPECT_TRUE(forks && copyOf(forks->resourceFork) == kFork) << files[1].first << (cached ? ", folders cached" : "");
+    }
+    auto plain = openForks(test::fontPath("sfnt/DejaVuSans-kern.ttf"));
+    EXPECT_TRUE(plain && plain->source == ForkSource::Plain && plain->resourceFork.size + plain->type + plain->creator == 0);
+    EXPECT_FALSE(openForks(test::fontPath("sfnt/missing.ttf")) || openForks(test::fontPath("sfnt")));
   }
-  auto plain = openForks(test::fontPath("sfnt/DejaVuSans-kern.ttf"));
-  EXPECT_TRUE(plain && plain->source == ForkSource::Plain && plain->resourceFork.size + plain->type + plain->creator == 0);
-  EXPECT_FALSE(openForks(test::fontPath("sfnt/missing.ttf")) || openForks(test::fontPath("sfnt")));
 }
 
 TEST(ForkLocator, CompanionFilesAreNotFonts) {

@@ -54,12 +54,6 @@ inline std::vector<ExpectedFile> loadMacExpectations() {
   return files;
 }
 
-inline const ExpectedFile* findExpected(const std::vector<ExpectedFile>& files, const std::string& path) {
-  for (const auto& f : files)
-    if (f.path == path) return &f;
-  return nullptr;
-}
-
 // One face of a family fixture and its checksums, as tests/fonts/mac/make_family_checksums.py
 // worked them out (family_checksums.tsv).
 struct ExpectedFace {
