@@ -7,6 +7,7 @@ packages=(cmake g++ make pkg-config zlib1g-dev libplist-dev libicu-dev libdeflat
           libcli11-dev nlohmann-json3-dev libfontconfig-dev python3-jsonschema  # the typeprint command and its tests
           fontconfig t1utils python3-fonttools python3-brotli  # the duplicates tree test
           clang libclang-rt-14-dev
+          t1utils xfonts-utils python3-fonttools fontconfig  # checkers of the files extract writes
           help2man debhelper dpkg-dev lintian  # the man page; the Debian packages and their test
           fonts-dejavu-core fonts-urw-base35)  # real fonts the analysis tests read (skipped when absent)
 missing=()

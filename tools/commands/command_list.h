@@ -15,10 +15,12 @@ Command addStylesCommand(CLI::App& parent);
 Command addClassifyCommand(CLI::App& parent);
 Command addPurgeCommand(CLI::App& parent);
 Command addPromoteCommand(CLI::App& parent);
+Command addExtractCommand(CLI::App& parent);
 
 inline constexpr AddCommand kCommands[] = {
     addIdentifyCommand, addScanCommand,     addDuplicatesCommand, addSplitCommand,
     addStylesCommand,   addClassifyCommand, addPurgeCommand,      addPromoteCommand,
+    addExtractCommand,
 };
 
 }  // namespace typeprint::cli
