@@ -30,7 +30,7 @@ std::vector<uint8_t> decrypt(ByteSpan cipher, uint16_t key, size_t skip) {
   for (size_t i = 0; i < cipher.size; ++i) {
     const uint8_t c = cipher.data[i];
     if (i >= skip) plain.push_back(uint8_t(c ^ (r >> 8)));
-    r = uint16_t((c + r) * kCipherC1 + kCipherC2);
+    r = uint16_t((uint32_t(c) + r) * kCipherC1 + kCipherC2);  // unsigned: the product exceeds int
   }
   return plain;
 }
