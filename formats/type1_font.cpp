@@ -19,7 +19,6 @@ constexpr uint8_t kSegmentMarker = 0x80;
 enum EPfbSegment : uint8_t { kSegmentText = 1, kSegmentBinary = 2, kSegmentEnd = 3 };
 enum EPostSegment : uint8_t { kPostComment = 0, kPostText = 1, kPostBinary = 2, kPostEnd = 5 };
 constexpr size_t kPfbHeaderSize = 6;
-constexpr uint16_t kEexecKey = 55665;
 constexpr size_t kRandomLeadBytes = 4;
 constexpr const char* kEexec = "eexec";
 constexpr const char* kClosefile = "closefile";
@@ -111,16 +110,6 @@ std::string normalisedLines(std::string_view text) {
     }
   }
   return out;
-}
-
-std::vector<uint8_t> eexecDecrypt(const std::vector<uint8_t>& cipher) {
-  std::vector<uint8_t> plain(cipher.size());
-  uint16_t r = kEexecKey;
-  for (size_t i = 0; i < cipher.size(); ++i) {
-    plain[i] = uint8_t(cipher[i] ^ (r >> 8));
-    r = uint16_t((cipher[i] + r) * 52845u + 22719u);
-  }
-  return plain;
 }
 
 // One "Key value" line of an AFM file's header.
@@ -218,6 +207,19 @@ std::string styleFrom(const std::string& weight, const std::string& italicAngle)
 
 }  // namespace
 
+std::vector<uint8_t> decryptType1(ByteSpan cipher, uint16_t key, size_t skip) {
+  std::vector<uint8_t> plain;
+  if (cipher.size <= skip) return plain;
+  plain.reserve(cipher.size - skip);
+  uint16_t r = key;
+  for (size_t i = 0; i < cipher.size; ++i) {
+    const uint8_t c = cipher.data[i];
+    if (i >= skip) plain.push_back(uint8_t(c ^ (r >> 8)));
+    r = uint16_t((uint32_t(c) + r) * 52845u + 22719u);  // unsigned: the product exceeds int
+  }
+  return plain;
+}
+
 bool looksLikeType1(ByteSpan bytes) {
   if (bytes.size >= kPfbHeaderSize && bytes.data[0] == kSegmentMarker && bytes.data[1] == kSegmentText)
     return startsWith(bytes.sub(kPfbHeaderSize, bytes.size - kPfbHeaderSize), "%!");
@@ -251,7 +253,7 @@ uint32_t type1ContentChecksum(const TType1Program& program) {
   const std::string text = normalisedLines(clear);
   uint32_t crc = CChecksum::icrc(reinterpret_cast<const uint8_t*>(text.data()), text.size(), 0);
   if (program.encrypted.size() <= kRandomLeadBytes) return crc;
-  const std::vector<uint8_t> plain = eexecDecrypt(program.encrypted);
+  const std::vector<uint8_t> plain = decryptType1(ByteSpan(program.encrypted), kType1EexecKey, 0);
   const std::string_view plainText(reinterpret_cast<const char*>(plain.data()) + kRandomLeadBytes,
                                    plain.size() - kRandomLeadBytes);
   const size_t closefile = plainText.find(kClosefile);

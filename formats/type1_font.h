@@ -23,6 +23,11 @@ struct TType1Program {
 // The bytes begin a PFB (a 0x80 0x01 segment header) or a PFA (`%!PS-AdobeFont` or `%!FontType1`).
 bool looksLikeType1(ByteSpan bytes);
 
+// Type 1 decryption (r = 55665 for the eexec part, 4330 for charstrings): the plain bytes after
+// the first `skip`, which are the cipher's random lead-in.
+constexpr uint16_t kType1EexecKey = 55665;
+std::vector<uint8_t> decryptType1(ByteSpan cipher, uint16_t key, size_t skip);
+
 // Reads a PFB or PFA file; nothing when it is neither or its segments are damaged.
 std::optional<TType1Program> readType1Program(ByteSpan bytes);
 

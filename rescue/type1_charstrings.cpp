@@ -6,34 +6,19 @@
 #include <string_view>
 #include <vector>
 
+#include "formats/type1_font.h"
 #include "rescue/glyph_names.h"
 
 namespace typeprint::rescue {
 namespace {
 
-constexpr uint16_t kEexecKey = 55665;
 constexpr uint16_t kCharstringKey = 4330;
-constexpr uint16_t kCipherC1 = 52845;
-constexpr uint16_t kCipherC2 = 22719;
 constexpr size_t kEexecSkip = 4;
 constexpr int kDefaultLenIV = 4;
 constexpr size_t kMaxStack = 48;
 constexpr int kMaxCallDepth = 10;
 constexpr int kMaxOperations = 200000;  // per glyph, subroutines included
 constexpr size_t kMaxSubrs = 65536;
-
-std::vector<uint8_t> decrypt(ByteSpan cipher, uint16_t key, size_t skip) {
-  std::vector<uint8_t> plain;
-  if (cipher.size <= skip) return plain;
-  plain.reserve(cipher.size - skip);
-  uint16_t r = key;
-  for (size_t i = 0; i < cipher.size; ++i) {
-    const uint8_t c = cipher.data[i];
-    if (i >= skip) plain.push_back(uint8_t(c ^ (r >> 8)));
-    r = uint16_t((uint32_t(c) + r) * kCipherC1 + kCipherC2);  // unsigned: the product exceeds int
-  }
-  return plain;
-}
 
 // The private dictionary's text, read token by token; binary strings are taken by length.
 class PrivateText {
@@ -365,7 +350,7 @@ int lenIVOf(PrivateText text) {
 
 std::vector<uint8_t> decryptCharstring(ByteSpan bytes, int lenIV) {
   if (lenIV < 0) return std::vector<uint8_t>(bytes.begin(), bytes.end());
-  return decrypt(bytes, kCharstringKey, size_t(lenIV));
+  return formats::decryptType1(bytes, kCharstringKey, size_t(lenIV));
 }
 
 void readSubrs(PrivateText text, int lenIV, FontPrograms* font) {
@@ -407,7 +392,7 @@ int roundUp(double v) { return int(std::ceil(v - 1e-6)); }
 }  // namespace
 
 std::map<std::string, GlyphMetrics> readGlyphMetrics(ByteSpan encryptedPart) {
-  const std::vector<uint8_t> plain = decrypt(encryptedPart, kEexecKey, kEexecSkip);
+  const std::vector<uint8_t> plain = formats::decryptType1(encryptedPart, formats::kType1EexecKey, kEexecSkip);
   PrivateText text(plain);
   FontPrograms font;
   const int lenIV = lenIVOf(text);
